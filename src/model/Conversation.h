@@ -1,0 +1,19 @@
+#pragma once
+
+#include "ChatMessage.h"
+
+#include <QList>
+
+/// One chat thread. `messages` is ordered oldest first.
+struct Conversation
+{
+    QUuid id;
+    QString title;
+    QList<ChatMessage> messages;
+
+    bool operator==(const Conversation &) const = default;
+};
+
+/// The title of a conversation nobody has written in yet. A conversation that carries it takes
+/// its title from its next question, and an empty one is reused rather than doubled.
+inline const QString defaultConversationTitle = QStringLiteral("Nueva conversación");

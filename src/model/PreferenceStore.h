@@ -1,0 +1,57 @@
+#pragma once
+
+#include <QByteArray>
+#include <QObject>
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <optional>
+
+class PreferenceBackend;
+class PreferenceWriter;
+
+/// The user's preference store: bytes, strings and booleans by key.
+///
+/// A change is seen by the next read at once and committed in the background: a writer thread
+/// takes the newest value of every changed key and commits them in one transaction. A commit that
+/// fails keeps its keys, is reported once and tried again, also when nothing else changes.
+/// Destruction waits until everything accepted is on disk or has failed once more.
+///
+/// Every function belongs to the thread that made the store.
+class PreferenceStore : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Makes the bytes of a value when they are needed: on the writer thread, so it must hold
+    /// values and no references, or on the reading thread for a read before the commit.
+    using DataSource = std::function<QByteArray()>;
+
+    explicit PreferenceStore(std::unique_ptr<PreferenceBackend> backend, QObject *parent = nullptr);
+    ~PreferenceStore() override;
+
+    /// The value under `key`, absent too when the stored value is of another type.
+    std::optional<QByteArray> data(const QString &key) const;
+    std::optional<QString> string(const QString &key) const;
+    std::optional<bool> boolean(const QString &key) const;
+
+    void setData(const QString &key, DataSource source);
+    void setString(const QString &key, const QString &value);
+    void setBoolean(const QString &key, bool value);
+    void remove(const QString &key);
+
+    /// Waits until all that was set is committed; false when a commit failed.
+    bool flush();
+
+Q_SIGNALS:
+    /// The value under `key` was set or removed in this process.
+    void changed(const QString &key);
+    /// All values set before the newest commit began are on disk.
+    void committed();
+    /// A commit failed for a reason not reported since the last one that succeeded.
+    void commitFailed(const QString &description);
+
+private:
+    std::unique_ptr<PreferenceWriter> m_writer;
+};

@@ -1,0 +1,41 @@
+#pragma once
+
+#include "AssistantService.h"
+
+#include <QByteArray>
+#include <QNetworkAccessManager>
+#include <QObject>
+#include <QtQml/qqmlregistration.h>
+
+#include <functional>
+#include <optional>
+
+class ContentView;
+class InstallationIdentity;
+
+/// What happens between the press of the send button and the finished, saved reply.
+class SendFlow : public QObject
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("MyApp makes the send flow")
+
+public:
+    /// Image bytes in, JPEG preview out, or nothing when none can be made.
+    using PreviewMaker = std::function<std::optional<QByteArray>(const QByteArray &)>;
+
+    /// All pointers are borrowed and outlive this object.
+    SendFlow(ContentView *contentView, InstallationIdentity *identity, PreviewMaker makePreview,
+             AssistantService service, QObject *parent = nullptr);
+
+    /// Sends the composer's text and pending image. Returns as soon as the exchange has begun;
+    /// does nothing when there is nothing to send or an exchange is under way.
+    Q_INVOKABLE void sendMessage();
+
+private:
+    ContentView *m_contentView;
+    InstallationIdentity *m_identity;
+    PreviewMaker m_makePreview;
+    AssistantService m_service;
+    QNetworkAccessManager m_network;
+};

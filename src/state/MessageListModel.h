@@ -1,0 +1,52 @@
+#pragma once
+
+#include "ChatMessage.h"
+
+#include <QAbstractListModel>
+#include <QList>
+#include <QtQml/qqmlregistration.h>
+
+class ConversationListModel;
+
+/// The messages of the selected conversation, oldest first; empty when nothing is selected or no
+/// conversation has the selected id.
+class MessageListModel : public QAbstractListModel
+{
+    Q_OBJECT
+    QML_ELEMENT
+    QML_UNCREATABLE("ContentView owns the messages")
+    Q_PROPERTY(int count READ count NOTIFY countChanged)
+
+public:
+    enum Role {
+        MessageIDRole = Qt::UserRole, ///< QUuid
+        MessageTextRole, ///< QString, verbatim
+        IsUserRole, ///< bool
+        HasAttachmentNameRole, ///< bool: an empty name is a name
+        AttachmentNameRole, ///< QString
+        ImagePreviewDataRole, ///< QByteArray; empty when there is no preview
+    };
+
+    /// `conversations` is borrowed and outlives this object.
+    explicit MessageListModel(ConversationListModel *conversations, QObject *parent = nullptr);
+
+    const QList<ChatMessage> &messages() const;
+    int count() const { return int(messages().size()); }
+
+    int rowCount(const QModelIndex &parent = {}) const override;
+    QVariant data(const QModelIndex &index, int role) const override;
+    QHash<int, QByteArray> roleNames() const override;
+
+Q_SIGNALS:
+    void countChanged();
+    /// The list differs from what it was, compared field by field: a message more, other messages,
+    /// or a text that grew. Switching between two equal lists is no change.
+    void changed();
+
+private:
+    void showSelected();
+
+    ConversationListModel *m_conversations;
+    /// Index of the conversation shown; -1 for none.
+    int m_shown = -1;
+};
