@@ -164,7 +164,17 @@ Q_SIGNALS:
     void showImagePreviewsChanged();
 
 private:
+    /// Indexes of a message and of the conversation it is in.
+    struct MessagePlace
+    {
+        int conversation;
+        int message;
+    };
+
+    void setShowImageViewer(bool show);
     void clearComposer();
+    std::optional<int> selectedIndex() const;
+    std::optional<MessagePlace> placeOf(const QUuid &messageID, const QUuid &conversationID) const;
     void updateReplyHasStarted();
 
     Preferences *m_preferences;

@@ -41,7 +41,8 @@ public:
 
     void replaceAll(QList<Conversation> conversations);
     void prepend(Conversation conversation);
-    void select(std::optional<QUuid> id);
+    /// Selects `id`, which need not exist.
+    void select(const QUuid &id);
     void setTitle(int index, const QString &title);
     void appendMessage(int index, const ChatMessage &message);
     void appendMessageText(int index, int messageIndex, const QString &piece);
@@ -54,13 +55,14 @@ public:
 Q_SIGNALS:
     void countChanged();
     void selectedIDChanged();
-    void conversationsReplaced();
     /// A message is about to be appended to, or has been appended to, conversation `index`.
     void messageAboutToBeAppended(int index);
     void messageAppended(int index);
     void messageTextChanged(int index, int messageIndex);
 
 private:
+    void tellRowChanged(int row, const QList<int> &roles);
+
     QList<Conversation> m_conversations;
     std::optional<QUuid> m_selectedID;
 };

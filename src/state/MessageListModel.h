@@ -44,9 +44,13 @@ Q_SIGNALS:
     void changed();
 
 private:
-    void showSelected();
+    /// Index of the selected conversation; -1 when there is none.
+    int indexOfSelected() const;
+    void tellDifference(const QList<ChatMessage> &previous);
 
     ConversationListModel *m_conversations;
-    /// Index of the conversation shown; -1 for none.
+    /// Index of the conversation shown; -1 for none. Its messages are read where they are: a copy
+    /// here would make every streamed piece copy the list first.
     int m_shown = -1;
+    QList<ChatMessage> m_beforeReset;
 };

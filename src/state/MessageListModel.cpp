@@ -1,0 +1,107 @@
+#include "MessageListModel.h"
+
+#include "ConversationListModel.h"
+
+MessageListModel::MessageListModel(ConversationListModel *conversations, QObject *parent)
+    : QAbstractListModel(parent)
+    , m_conversations(conversations)
+{
+    using Conversations = ConversationListModel;
+
+    connect(conversations, &Conversations::selectedIDChanged, this, [this] {
+        const QList<ChatMessage> previous = messages();
+        beginResetModel();
+        m_shown = indexOfSelected();
+        endResetModel();
+        tellDifference(previous);
+    });
+    connect(conversations, &Conversations::modelAboutToBeReset, this, [this] {
+        m_beforeReset = messages();
+        beginResetModel();
+        m_shown = -1;
+    });
+    connect(conversations, &Conversations::modelReset, this, [this] {
+        m_shown = indexOfSelected();
+        endResetModel();
+        tellDifference(std::exchange(m_beforeReset, {}));
+    });
+    connect(conversations, &Conversations::rowsInserted, this,
+            [this] { m_shown = indexOfSelected(); });
+    connect(conversations, &Conversations::messageAboutToBeAppended, this, [this](int index) {
+        if (index == m_shown)
+            beginInsertRows({}, count(), count());
+    });
+    connect(conversations, &Conversations::messageAppended, this, [this](int index) {
+        if (index != m_shown)
+            return;
+        endInsertRows();
+        Q_EMIT countChanged();
+        Q_EMIT changed();
+    });
+    connect(conversations, &Conversations::messageTextChanged, this,
+            [this](int index, int messageIndex) {
+                if (index != m_shown)
+                    return;
+                const QModelIndex row = this->index(messageIndex);
+                Q_EMIT dataChanged(row, row, {MessageTextRole});
+                Q_EMIT changed();
+            });
+}
+
+const QList<ChatMessage> &MessageListModel::messages() const
+{
+    static const QList<ChatMessage> none;
+    return m_shown < 0 ? none : m_conversations->conversations().at(m_shown).messages;
+}
+
+int MessageListModel::rowCount(const QModelIndex &parent) const
+{
+    return parent.isValid() ? 0 : count();
+}
+
+QVariant MessageListModel::data(const QModelIndex &index, int role) const
+{
+    if (!checkIndex(index, CheckIndexOption::IndexIsValid))
+        return {};
+    const ChatMessage &message = messages().at(index.row());
+    switch (role) {
+    case MessageIDRole:
+        return message.id;
+    case MessageTextRole:
+        return message.text;
+    case IsUserRole:
+        return message.isUser;
+    case HasAttachmentNameRole:
+        return message.attachmentName.has_value();
+    case AttachmentNameRole:
+        return message.attachmentName.value_or(QString());
+    case ImagePreviewDataRole:
+        return message.imagePreviewData.value_or(QByteArray());
+    default:
+        return {};
+    }
+}
+
+QHash<int, QByteArray> MessageListModel::roleNames() const
+{
+    return {{MessageIDRole, "messageID"},
+            {MessageTextRole, "messageText"},
+            {IsUserRole, "isUser"},
+            {HasAttachmentNameRole, "hasAttachmentName"},
+            {AttachmentNameRole, "attachmentName"},
+            {ImagePreviewDataRole, "imagePreviewData"}};
+}
+
+int MessageListModel::indexOfSelected() const
+{
+    const std::optional<QUuid> id = m_conversations->selectedID();
+    return id ? m_conversations->indexOf(*id) : -1;
+}
+
+void MessageListModel::tellDifference(const QList<ChatMessage> &previous)
+{
+    if (previous.size() != messages().size())
+        Q_EMIT countChanged();
+    if (previous != messages())
+        Q_EMIT changed();
+}
