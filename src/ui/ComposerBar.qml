@@ -1,0 +1,110 @@
+import QtQuick
+import Aulora.Theme
+
+/// Where a question is written: attach button, text field and send button, with a disclaimer
+/// underneath.
+FocusScope {
+    id: bar
+
+    required property string text
+    required property bool hasImage
+    required property bool imageAnalysisEnabled
+    required property bool isLoading
+
+    readonly property bool canSend: ComposerRules.canSend(text, hasImage, imageAnalysisEnabled,
+                                                          isLoading)
+
+    signal textEdited(string text)
+    signal attachRequested
+    signal sendRequested
+    /// The person asked to paste; `pasteText` does so when nothing else takes what is offered.
+    signal pasteRequested
+
+    function pasteText() {
+        field.pasteText();
+    }
+
+    implicitHeight: content.height
+
+    Column {
+        id: content
+
+        width: bar.width
+        spacing: 8
+
+        Item {
+            width: parent.width
+            height: field.height
+
+            PlainButton {
+                id: attach
+
+                objectName: "attach"
+                anchors.bottom: parent.bottom
+                width: 36
+                height: 43
+                Accessible.name: "Adjuntar imagen"
+                onClicked: {
+                    if (bar.imageAnalysisEnabled)
+                        bar.attachRequested();
+                }
+
+                contentItem: Item {
+                    Symbol {
+                        anchors.centerIn: parent
+                        name: "paperclip"
+                        size: 17
+                        color: Theme.secondary
+                    }
+                }
+            }
+
+            ComposerField {
+                id: field
+
+                objectName: "field"
+                anchors.left: attach.right
+                anchors.leftMargin: 8
+                anchors.right: send.left
+                anchors.rightMargin: 10
+                focus: true
+                text: bar.text
+                placeholder: bar.imageAnalysisEnabled && bar.hasImage
+                             ? "Preguntá sobre la imagen..." : "Preguntale a Aulora IA..."
+                onTextEdited: text => bar.textEdited(text)
+                onSubmitted: bar.sendRequested()
+                onPasteRequested: bar.pasteRequested()
+            }
+
+            PlainButton {
+                id: send
+
+                objectName: "send"
+                anchors.right: parent.right
+                anchors.bottom: parent.bottom
+                width: 43
+                height: 43
+                enabled: bar.canSend
+                Accessible.name: "Enviar"
+                onClicked: bar.sendRequested()
+
+                background: ContinuousRectangle {
+                    radius: width / 2
+                    color: bar.canSend ? Theme.accent : Qt.alpha(Theme.gray, 0.22)
+                }
+
+                contentItem: Item {
+                    Symbol {
+                        anchors.centerIn: parent
+                        name: "arrow.up"
+                        size: 15
+                        weight: Font.Bold
+                        color: "white"
+                    }
+                }
+            }
+        }
+
+        Disclaimer {}
+    }
+}

@@ -1,0 +1,76 @@
+import QtQuick
+import Aulora.Theme
+
+/// One conversation in the sidebar's list.
+PlainButton {
+    id: row
+
+    required property string title
+    required property int messageCount
+    required property bool selected
+
+    readonly property string countText: messageCount + " mensajes"
+
+    /// A title made by this program has at most 35 characters; one that was stored by other means
+    /// may be of any length, and laying out all of it would hold up the list.
+    readonly property int longestShownTitle: 400
+
+    implicitHeight: Math.max(43, contentItem.implicitHeight)
+    leftPadding: 8
+    rightPadding: 8
+    Accessible.role: Accessible.ListItem
+    Accessible.name: title
+    Accessible.description: countText
+    Accessible.selectable: true
+    Accessible.selected: selected
+
+    background: ContinuousRectangle {
+        radius: 9
+        color: row.selected ? Theme.primaryAt(0.055) : "transparent"
+    }
+
+    contentItem: Item {
+        implicitHeight: Math.max(tile.height, texts.height)
+
+        IconTile {
+            id: tile
+
+            objectName: "tile"
+            anchors.verticalCenter: parent.verticalCenter
+            size: 27
+            radius: 7
+            color: row.selected ? Theme.accentSoft : "transparent"
+            icon: "bubble.left"
+            iconSize: 11
+            iconColor: row.selected ? Theme.accent : Theme.secondary
+        }
+
+        Column {
+            id: texts
+
+            anchors.left: tile.right
+            anchors.leftMargin: 10
+            anchors.right: parent.right
+            anchors.verticalCenter: parent.verticalCenter
+            spacing: 2
+
+            Label {
+                objectName: "title"
+                width: parent.width
+                text: row.title.slice(0, row.longestShownTitle)
+                points: 12.5
+                weight: row.selected ? Font.Medium : Font.Normal
+                wrapMode: Text.Wrap
+                maximumLineCount: 6
+                elide: Text.ElideRight
+            }
+
+            Label {
+                objectName: "count"
+                text: row.countText
+                points: 9
+                color: Theme.secondary
+            }
+        }
+    }
+}
