@@ -2,8 +2,7 @@
 // their Spanish descriptions, and the send flow that ties them to the screen state.
 #pragma once
 
-#include <QList>
-#include <QSslCertificate>
+#include <QByteArray>
 #include <QUrl>
 
 #include <chrono>
@@ -13,8 +12,9 @@ struct AssistantService
 {
     /// Always https, always the path /api/chat.
     QUrl apiURL;
-    /// Trusted besides the system's roots.
-    QList<QSslCertificate> extraTrustAnchors;
+    /// PEM certificates trusted besides the system's roots; empty for none. Kept as text because
+    /// reading it loads the TLS library, which no start of the program should wait for.
+    QByteArray extraTrustAnchors;
     /// How long the service may stay silent before an exchange fails.
     std::chrono::milliseconds idleTimeout = std::chrono::seconds(300);
 };

@@ -1,0 +1,105 @@
+#include "ChatRequestBody.h"
+
+#include <QJsonArray>
+#include <QJsonDocument>
+
+#include <algorithm>
+#include <cstring>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Image bytes encoded at a time: a multiple of three, so that only the last piece is padded.
+constexpr qsizetype imageBlockSize = 48 * 1024;
+
+QString withoutLoneSurrogates(QString text)
+{
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        if (!text.at(i).isSurrogate())
+            continue;
+        const bool isPair = text.at(i).isHighSurrogate() && i + 1 < text.size()
+            && text.at(i + 1).isLowSurrogate();
+        if (isPair)
+            ++i;
+        else
+            text[i] = QChar::ReplacementCharacter;
+    }
+    return text;
+}
+
+/// `text` as a JSON string with its quotation marks.
+QByteArray jsonString(const QString &text)
+{
+    const QJsonDocument document(QJsonArray{withoutLoneSurrogates(text)});
+    return document.toJson(QJsonDocument::Compact).chopped(1).sliced(1);
+}
+
+qsizetype base64Length(qsizetype size)
+{
+    return (size + 2) / 3 * 4;
+}
+
+} // namespace
+
+std::unique_ptr<ChatRequestBody> ChatRequestBody::serialise(const ChatRequest &request)
+{
+    const ChatRequestImage image = request.image.value_or(ChatRequestImage());
+    const QString mimeType = image.mimeType.value_or(u"image/jpeg"_s);
+    const QString name = image.name.value_or(u"imagen"_s);
+    for (const QString &text : {request.message, request.userId, mimeType, name}) {
+        if (text.size() > maximumTextLength)
+            return nullptr;
+    }
+
+    QByteArray head = R"({"message":)" + jsonString(request.message) + R"(,"userId":)"
+        + jsonString(request.userId);
+    QByteArray tail = "}";
+    if (request.image) {
+        head += R"(,"imageBase64":")";
+        tail = R"(","imageMimeType":)" + jsonString(mimeType) + R"(,"imageName":)"
+            + jsonString(name) + '}';
+    }
+    return std::unique_ptr<ChatRequestBody>(new ChatRequestBody(head, image.data, tail));
+}
+
+ChatRequestBody::ChatRequestBody(const QByteArray &head, const QByteArray &image,
+                                 const QByteArray &tail)
+    : m_contentLength(head.size() + base64Length(image.size()) + tail.size())
+    , m_block(head)
+    , m_image(image)
+    , m_tail(tail)
+{
+    open(ReadOnly | Unbuffered);
+}
+
+qint64 ChatRequestBody::readData(char *data, qint64 maximumSize)
+{
+    if (m_blockOffset == m_block.size()) {
+        m_block = takeNextBlock();
+        m_blockOffset = 0;
+    }
+    if (m_block.isEmpty())
+        return -1;
+    const qint64 size = std::min<qint64>(maximumSize, m_block.size() - m_blockOffset);
+    std::memcpy(data, m_block.constData() + m_blockOffset, size);
+    m_blockOffset += size;
+    return size;
+}
+
+qint64 ChatRequestBody::writeData(const char *, qint64)
+{
+    return -1;
+}
+
+QByteArray ChatRequestBody::takeNextBlock()
+{
+    if (m_imageOffset == m_image.size())
+        return std::exchange(m_tail, {});
+    const qsizetype size = std::min(imageBlockSize, m_image.size() - m_imageOffset);
+    const QByteArray block
+        = QByteArray::fromRawData(m_image.constData() + m_imageOffset, size).toBase64();
+    m_imageOffset += size;
+    return block;
+}

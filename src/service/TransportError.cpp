@@ -1,0 +1,67 @@
+#include "TransportError.h"
+
+#include <QNetworkInterface>
+
+#include <algorithm>
+
+using namespace Qt::StringLiterals;
+
+NetworkPresence currentNetworkPresence()
+{
+    const QList<QNetworkInterface> interfaces = QNetworkInterface::allInterfaces();
+    const bool hasNetwork = std::any_of(
+        interfaces.cbegin(), interfaces.cend(), [](const QNetworkInterface &interface) {
+            const QNetworkInterface::InterfaceFlags flags = interface.flags();
+            return flags.testFlag(QNetworkInterface::IsRunning)
+                && !flags.testFlag(QNetworkInterface::IsLoopBack);
+        });
+    return hasNetwork ? NetworkPresence::Present : NetworkPresence::Absent;
+}
+
+TransportError transportErrorFrom(QNetworkReply::NetworkError error, NetworkPresence presence)
+{
+    switch (error) {
+    case QNetworkReply::ConnectionRefusedError:
+        return TransportError::ConnectionRefused;
+    case QNetworkReply::RemoteHostClosedError:
+        return TransportError::ConnectionLost;
+    case QNetworkReply::SslHandshakeFailedError:
+        return TransportError::SecureConnectionFailed;
+    case QNetworkReply::TimeoutError:
+        return TransportError::TimedOut;
+    case QNetworkReply::TemporaryNetworkFailureError:
+    case QNetworkReply::NetworkSessionFailedError:
+        return TransportError::NoNetwork;
+    case QNetworkReply::HostNotFoundError:
+        return presence == NetworkPresence::Absent ? TransportError::NoNetwork
+                                                   : TransportError::HostNotFound;
+    case QNetworkReply::UnknownNetworkError:
+        return presence == NetworkPresence::Absent ? TransportError::NoNetwork
+                                                   : TransportError::Other;
+    default:
+        return TransportError::Other;
+    }
+}
+
+QString transportErrorDescription(TransportError error)
+{
+    switch (error) {
+    case TransportError::ConnectionRefused:
+        return u"El servicio rechazó la conexión."_s;
+    case TransportError::HostNotFound:
+        return u"No se encontró el servicio."_s;
+    case TransportError::ConnectionLost:
+        return u"Se perdió la conexión con el servicio."_s;
+    case TransportError::SecureConnectionFailed:
+        return u"No se pudo establecer una conexión segura con el servicio."_s;
+    case TransportError::TimedOut:
+        return u"El servicio tardó demasiado en responder."_s;
+    case TransportError::NoNetwork:
+        return u"No hay conexión a Internet."_s;
+    case TransportError::ReplyTooLong:
+        return u"La respuesta del servicio es demasiado larga."_s;
+    case TransportError::Other:
+        return u"No se pudo completar la comunicación con el servicio."_s;
+    }
+    Q_UNREACHABLE();
+}

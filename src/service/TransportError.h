@@ -1,0 +1,30 @@
+#pragma once
+
+#include <QNetworkReply>
+#include <QString>
+
+/// Why bytes did not get to the service or back.
+enum class TransportError {
+    ConnectionRefused,
+    HostNotFound,
+    ConnectionLost,
+    SecureConnectionFailed,
+    TimedOut,
+    NoNetwork,
+    ReplyTooLong,
+    Other,
+};
+
+enum class NetworkPresence {
+    Absent, ///< no interface but the loopback one is up
+    Present,
+};
+
+NetworkPresence currentNetworkPresence();
+
+/// What the toolkit's `error` means here. Without a network every name is unknown and every
+/// address unreachable, so those are then told as what they are.
+TransportError transportErrorFrom(QNetworkReply::NetworkError error, NetworkPresence presence);
+
+/// One Spanish sentence for the user: the toolkit's own texts are English and quote the address.
+QString transportErrorDescription(TransportError error);
