@@ -1,0 +1,221 @@
+"""Drives the built program from outside, the way a person and a screen reader do: it finds elements
+by role and accessible name, presses and types, and reads what is shown. It knows nothing of the
+code. Make a Desktop before importing this module: the accessibility library looks for its bus once.
+"""
+
+import os
+import signal
+import sqlite3
+import subprocess
+import tempfile
+from pathlib import Path
+
+import gi
+
+gi.require_version("Atspi", "2.0")
+from gi.repository import Atspi, GLib  # noqa: E402  (the version has to be chosen first)
+
+from desktop import die_with_parent, wait_until  # noqa: E402
+
+WINDOW_TITLE = "Aulora IA"
+STORE = Path("aulora-ia/preferences.sqlite")
+
+
+class Element:
+    """One element of the accessibility tree. Everything is asked anew each time."""
+
+    def __init__(self, desktop, accessible):
+        self._desktop = desktop
+        self._accessible = accessible
+
+    @property
+    def role(self):
+        return self._accessible.get_role_name()
+
+    @property
+    def name(self):
+        return self._accessible.get_name()
+
+    @property
+    def description(self):
+        return self._accessible.get_description()
+
+    @property
+    def text(self):
+        """The text inside an editable field."""
+        return Atspi.Text.get_text(self._accessible, 0, -1)
+
+    @property
+    def rectangle(self):
+        """x, y, width and height in pixels of the screen."""
+        box = self._accessible.get_extents(Atspi.CoordType.SCREEN)
+        return box.x, box.y, box.width, box.height
+
+    @property
+    def center(self):
+        x, y, width, height = self.rectangle
+        return x + width // 2, y + height // 2
+
+    def has(self, state):
+        """Whether the element is in a state: "focused", "checked", "selected", "sensitive" …"""
+        return self._accessible.get_state_set().contains(getattr(Atspi.StateType, state.upper()))
+
+    def press(self):
+        """The action that a screen reader takes on a button."""
+        actions = Atspi.Action.get_n_actions(self._accessible)
+        names = [Atspi.Action.get_action_name(self._accessible, i) for i in range(actions)]
+        # Qt lists the actions that a view adds after its own, under the same names.
+        index = max((i for i, name in enumerate(names) if name in ("Press", "Toggle")), default=None)
+        assert index is not None, f"{self.role} {self.name!r} cannot be pressed: {names}"
+        Atspi.Action.do_action(self._accessible, index)
+
+    def focus(self):
+        """Gives the element the keyboard, as a screen reader does."""
+        actions = Atspi.Action.get_n_actions(self._accessible)
+        names = [Atspi.Action.get_action_name(self._accessible, i) for i in range(actions)]
+        Atspi.Action.do_action(self._accessible, names.index("SetFocus"))
+
+    def click(self):
+        """A click of the mouse in the middle of it."""
+        self._desktop.click(*self.center)
+
+    def children(self):
+        for index in range(self._accessible.get_child_count()):
+            child = self._accessible.get_child_at_index(index)
+            if child:
+                yield Element(self._desktop, child)
+
+
+class Program:
+    """One run of the program with a home folder that may outlive it."""
+
+    def __init__(self, desktop, executable, home=None, environment=()):
+        self.desktop = desktop
+        self.home = Path(home or tempfile.mkdtemp(prefix="aulora-home-"))
+        self._executable = executable
+        self._log = open(self.home / "program.log", "ab")
+        self._environment = desktop.environment | {
+            "HOME": str(self.home),
+            "XDG_DATA_HOME": str(self.home / "data"),
+            "XDG_CONFIG_HOME": str(self.home / "config"),
+            "XDG_CACHE_HOME": str(self.home / "cache"),
+            "XDG_RUNTIME_DIR": str(self.home),
+            "TMPDIR": str(self.home),
+        } | dict(environment)
+        self.process = self.launch()
+
+    def launch(self):
+        """Starts the program (again) in the same home folder."""
+        return subprocess.Popen([self._executable], env=self._environment, stdin=subprocess.DEVNULL,
+                                stdout=self._log, stderr=self._log, preexec_fn=die_with_parent)
+
+    def quit(self):
+        """Closes the window as its close button does and waits for the program to end."""
+        self.desktop.press("alt+F4")
+        return self.wait()
+
+    def kill(self):
+        """Ends the program without asking it."""
+        self.process.kill()
+        return self.wait()
+
+    def wait(self, timeout=20):
+        """Waits for the program's end; its exit status."""
+        status = self.process.wait(timeout)
+        self._log.close()
+        return status
+
+    @property
+    def output(self):
+        """What the program has written to its standard output and standard error."""
+        return (self.home / "program.log").read_text(errors="replace")
+
+    @property
+    def window(self):
+        """The id of the program's window, once it is there."""
+        return wait_until(lambda: self.desktop.windows(WINDOW_TITLE), "the window")[0]
+
+    def picture(self, path):
+        """Writes what the window shows as a picture."""
+        self.desktop.picture(self.window, path)
+
+    def tree(self):
+        """Every element of the program that is on the bus now, parents first."""
+        bus = Atspi.get_desktop(0)
+        bus.clear_cache()
+        for index in range(bus.get_child_count()):
+            application = bus.get_child_at_index(index)
+            if application and application.get_process_id() == self.process.pid:
+                application.set_cache_mask(Atspi.Cache.NONE)
+                yield from _descendants(Element(self.desktop, application))
+
+    def elements(self, role, name=None):
+        """The elements with a role and, if given, a name, as they are now."""
+        # A view that goes away while it is read takes its branch of the tree with it.
+        try:
+            return [element for element in self.tree()
+                    if element.role == role and name in (None, element.name)]
+        except GLib.Error:
+            return []
+
+    def element(self, role, name):
+        """The one element with this role and name, waited for."""
+        return wait_until(lambda: self.elements(role, name), f"the {role} {name!r}")[0]
+
+    def button(self, name):
+        return self.element("push button", name)
+
+    @property
+    def composer(self):
+        return self.element("text", "Mensaje")
+
+    def messages(self):
+        """The texts of the questions and replies shown, from the top."""
+        return [element.name for element in self.elements("paragraph")]
+
+    def conversations(self):
+        """Title, count line and whether it is selected, of each row, from the top."""
+        return [(row.name, row.description, row.has("selected"))
+                for row in self.elements("list item")]
+
+    def wait_for(self, condition, what):
+        """Waits for a condition, unless the program ends first."""
+        def holds():
+            assert self.process.poll() is None, f"the program ended; it said: {self.output}"
+            try:
+                return condition()
+            except GLib.Error:
+                return None
+        return wait_until(holds, what)
+
+    def wait_for_messages(self, *texts):
+        self.wait_for(lambda: self.messages() == list(texts), f"the messages {texts}")
+
+    def wait_for_status(self, text):
+        self.wait_for(lambda: self.elements("label", text), f"the status {text!r}")
+
+    def write(self, text):
+        """Puts the cursor into the composer with the mouse and types."""
+        self.composer.click()
+        self.wait_for(lambda: self.composer.has("focused"), "the composer to take the keyboard")
+        before = self.composer.text
+        self.desktop.type(text)
+        self.wait_for(lambda: self.composer.text == before + text, f"the typed text {text!r}")
+
+    def ask(self, text):
+        """Types a question and sends it with Return."""
+        self.write(text)
+        self.desktop.press("Return")
+        self.wait_for(lambda: self.composer.text == "", "the composer to be emptied")
+
+    def store(self, query):
+        """Rows of the program's store, read without touching it."""
+        path = self.home / "data" / STORE
+        with sqlite3.connect(f"file:{path}?mode=ro", uri=True) as store:
+            return store.execute(query).fetchall()
+
+
+def _descendants(element):
+    yield element
+    for child in element.children():
+        yield from _descendants(child)

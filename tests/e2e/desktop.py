@@ -1,0 +1,152 @@
+"""A desktop without a display: an X server, a window manager, a message bus and the accessibility
+bus, all of this process's own, all gone when it ends."""
+
+import ctypes
+import os
+import re
+import shutil
+import signal
+import subprocess
+import tempfile
+import time
+from pathlib import Path
+
+_PR_SET_PDEATHSIG = 1
+_LIBC = ctypes.CDLL(None)
+
+# Keys that no Spanish keyboard and no shortcut of ours needs: they carry the letters that the plain
+# layout lacks. Changing the layout while keys are pressed loses letters, so it changes before.
+_SPARE_KEYS = [f"<I{code}>" for code in range(180, 256)]
+_PLAIN = set(map(chr, range(32, 127)))
+
+
+def die_with_parent():
+    """Makes a child end when this process does, however that happens."""
+    _LIBC.prctl(_PR_SET_PDEATHSIG, signal.SIGKILL)
+
+
+def wait_until(condition, what, timeout=20.0):
+    """Asks condition until it yields something true, which is returned; fails after timeout
+    seconds, saying what was waited for."""
+    deadline = time.monotonic() + timeout
+    while True:
+        answer = condition()
+        if answer:
+            return answer
+        if time.monotonic() > deadline:
+            raise AssertionError(f"waited {timeout:g} s in vain for {what}")
+        time.sleep(0.02)
+
+
+class Desktop:
+    """Starts everything when made. `environment` is what a program needs to appear on it; it is
+    also put into this process, whose accessibility library reads it once."""
+
+    def __init__(self, width=1600, height=1200):
+        self._folder = Path(tempfile.mkdtemp(prefix="aulora-desktop-"))
+        self._processes = []
+        self._extra_letters = []
+        self.environment = {
+            "PATH": os.environ["PATH"],
+            "LANG": "C.UTF-8",
+            "HOME": str(self._folder),
+            "XDG_RUNTIME_DIR": str(self._folder),
+            "TMPDIR": str(self._folder),
+            "DISPLAY": self._start_display(width, height),
+            "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
+        }
+        self.environment["DBUS_SESSION_BUS_ADDRESS"] = self._start_bus()
+        self._start(["openbox", "--sm-disable"])
+        self._load_keyboard()
+        os.environ.update(self.environment)
+
+    def close(self):
+        """Ends what was started, newest first."""
+        for process in reversed(self._processes):
+            process.terminate()
+            process.wait()
+        shutil.rmtree(self._folder, ignore_errors=True)
+
+    def type(self, text):
+        """Presses and releases the keys of text, as a person would on a keyboard that has them."""
+        letters = [letter for letter in text if letter not in _PLAIN]
+        new = [letter for letter in dict.fromkeys(letters) if letter not in self._extra_letters]
+        if new:
+            self._extra_letters += new
+            self._load_keyboard()
+        self._run("xdotool", "type", "--delay", "4", "--", text)
+
+    def press(self, *keys):
+        """Presses keys or chords one after the other, by X name: press("ctrl+a", "BackSpace")."""
+        self._run("xdotool", "key", "--delay", "4", *keys)
+
+    def click(self, x, y, button=1):
+        """Moves the pointer to a point of the screen, in pixels, and clicks there."""
+        self._run("xdotool", "mousemove", str(x), str(y), "click", str(button))
+
+    def move_pointer(self, x, y):
+        """Moves the pointer to a point of the screen, in pixels."""
+        self._run("xdotool", "mousemove", str(x), str(y))
+
+    def drag(self, start, end):
+        """Presses at one point, moves to another in a few steps, and lets go."""
+        steps = [f"{round(start[i] + (end[i] - start[i]) * n / 8)}" for n in range(9) for i in (0, 1)]
+        moves = [word for n in range(1, 9) for word in ("mousemove", steps[2 * n], steps[2 * n + 1])]
+        self._run("xdotool", "mousemove", *steps[:2], "mousedown", "1", *moves, "mouseup", "1")
+
+    def windows(self, title):
+        """The ids of the visible windows with this title."""
+        found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{re.escape(title)}$"],
+                               env=self.environment, capture_output=True, text=True)
+        return found.stdout.split()
+
+    def resize(self, window, width, height):
+        """Asks the window manager for another size, in pixels; the window may refuse."""
+        self._run("xdotool", "windowsize", window, str(width), str(height))
+
+    def size(self, window):
+        """A window's width and height in pixels."""
+        answer = self._run("xdotool", "getwindowgeometry", "--shell", window)
+        numbers = dict(line.split("=") for line in answer.split())
+        return int(numbers["WIDTH"]), int(numbers["HEIGHT"])
+
+    def picture(self, window, path):
+        """Writes what a window shows as a picture, without its frame."""
+        Path(path).parent.mkdir(parents=True, exist_ok=True)
+        self._run("import", "-silent", "-window", window, str(path))
+
+    def _start_display(self, width, height):
+        read, write = os.pipe()
+        self._start(["Xvfb", "-displayfd", str(write), "-screen", "0", f"{width}x{height}x24",
+                     "-nolisten", "tcp"], environment=dict(os.environ), pass_fds=[write])
+        os.close(write)
+        with os.fdopen(read) as number:
+            return f":{number.readline().strip()}"
+
+    def _start_bus(self):
+        bus = self._start(["dbus-daemon", "--session", "--nofork", "--nosyslog", "--print-address"],
+                          stdout=subprocess.PIPE, text=True)
+        return bus.stdout.readline().strip()
+
+    def _load_keyboard(self):
+        keys = "".join(f"key {key} {{ [ U{ord(letter):04X} ] }};\n"
+                       for key, letter in zip(_SPARE_KEYS, self._extra_letters, strict=False))
+        self._run("xkbcomp", "-w", "0", "-", self.environment["DISPLAY"], input=f"""xkb_keymap {{
+            xkb_keycodes {{ include "evdev+aliases(qwerty)" }};
+            xkb_types {{ include "complete" }};
+            xkb_compat {{ include "complete" }};
+            xkb_symbols {{ include "pc+us+inet(evdev)"
+            {keys} }};
+        }};""")
+
+    def _start(self, command, environment=None, **options):
+        quiet = {"stdin": subprocess.DEVNULL, "stdout": subprocess.DEVNULL,
+                 "stderr": subprocess.DEVNULL}
+        process = subprocess.Popen(command, env=environment or self.environment,
+                                   preexec_fn=die_with_parent, **(quiet | options))
+        self._processes.append(process)
+        return process
+
+    def _run(self, *command, **options):
+        return subprocess.run(command, env=self.environment, check=True, text=True,
+                              capture_output=True, **options).stdout
