@@ -1,0 +1,77 @@
+#include "ImageDecoder.h"
+
+#include "DecodingCost.h"
+#include "ImageFormat.h"
+#include "ImageLimits.h"
+#include "ImageShrinking.h"
+#include "PngChunks.h"
+
+#include <QBuffer>
+#include <QColorSpace>
+#include <QImageReader>
+#include <QTransform>
+
+#include <algorithm>
+
+namespace {
+
+/// `size` reduced by one factor until its longest side is `longestSide`.
+QSize fitted(QSize size, int longestSide)
+{
+    const double factor
+        = std::min(double(longestSide) / std::max(size.width(), size.height()), 1.0);
+    return {std::max(1, qRound(size.width() * factor)),
+            std::max(1, qRound(size.height() * factor))};
+}
+
+/// The toolkit would turn the picture while it is still large and so need its memory twice.
+QImage turned(const QImage &image, QImageIOHandler::Transformations transformation)
+{
+    const QImage mirrored
+        = image.mirrored(transformation.testFlag(QImageIOHandler::TransformationMirror),
+                         transformation.testFlag(QImageIOHandler::TransformationFlip));
+    if (!transformation.testFlag(QImageIOHandler::TransformationRotate90))
+        return mirrored;
+    constexpr double quarterTurn = 90;
+    return mirrored.transformed(QTransform().rotate(quarterTurn));
+}
+
+} // namespace
+
+std::optional<QImage> decodeImage(const QByteArray &bytes, int longestSide)
+{
+    const auto format = imageFormat(bytes);
+    if (!format || bytes.size() > maximumImageBytes)
+        return std::nullopt;
+
+    // The toolkit's own limit, 128 MB, would refuse pictures that ours lets through.
+    QImageReader::setAllocationLimit(int(maximumDecodingBytes >> 20));
+    QBuffer buffer;
+    buffer.setData(format == ImageFormat::Png ? withoutNeedlessChunks(bytes) : bytes);
+    buffer.open(QIODevice::ReadOnly);
+    // Naming the reader keeps every other one out: left to guess, the toolkit would ask them all.
+    QImageReader reader(&buffer, readerName(*format));
+    reader.setAutoDetectImageFormat(false);
+    reader.setDecideFormatFromContent(false);
+
+    const QSize size = reader.size();
+    if (size.isEmpty() || qint64(size.width()) * size.height() > maximumImagePixels)
+        return std::nullopt;
+    const auto cost = decodingCost(bytes, *format, size);
+    if (!cost || cost->bytes > maximumDecodingBytes || cost->work > maximumDecodingWork)
+        return std::nullopt;
+
+    const QSize target = fitted(size, longestSide);
+    const auto transformation = reader.transformation();
+    if (cost->scalesWhileReading && target != size)
+        reader.setScaledSize(target);
+    QImage image = reader.read();
+    if (image.isNull())
+        return std::nullopt;
+    if (image.width() > target.width() || image.height() > target.height())
+        image = shrunk(image, target);
+    image = turned(image, transformation);
+    if (image.colorSpace().isValid())
+        image.convertToColorSpace(QColorSpace::SRgb);
+    return image;
+}

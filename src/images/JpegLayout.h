@@ -1,0 +1,20 @@
+#pragma once
+
+#include <QByteArray>
+#include <QSize>
+
+#include <optional>
+
+/// What a JPEG file's markers tell about the work of decoding it.
+struct JpegLayout
+{
+    QSize size;
+    /// Passes over the image: 1 for a baseline photograph, about 10 for a progressive one.
+    int scans = 0;
+    /// Memory for the coefficients of the whole image, which the decoder holds when there is more
+    /// than one pass; 0 otherwise.
+    qint64 coefficientBytes = 0;
+};
+
+/// Nothing when the markers make no sense before the first pass.
+std::optional<JpegLayout> jpegLayout(const QByteArray &jpeg);

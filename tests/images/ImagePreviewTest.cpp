@@ -1,0 +1,288 @@
+#include "ImagePreview.h"
+
+#include "ImageDecoder.h"
+#include "ImageFormat.h"
+#include "ImageLimits.h"
+#include "JpegLayout.h"
+#include "SampleImages.h"
+
+#include <QColorSpace>
+#include <QPainter>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QImage previewOf(const QByteArray &bytes)
+{
+    const auto preview = makePreviewData(bytes);
+    return preview ? QImage::fromData(*preview, "jpeg") : QImage();
+}
+
+QImage filled(QSize size, QImage::Format format, const QColor &color)
+{
+    QImage image(size, format);
+    image.fill(color);
+    return image;
+}
+
+bool isNear(QRgb seen, const QColor &expected)
+{
+    constexpr int tolerance = 12;
+    return std::abs(qRed(seen) - expected.red()) <= tolerance
+        && std::abs(qGreen(seen) - expected.green()) <= tolerance
+        && std::abs(qBlue(seen) - expected.blue()) <= tolerance;
+}
+
+} // namespace
+
+class ImagePreviewTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void reducesButNeverEnlarges_data()
+    {
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<QSize>("expected");
+
+        QTest::newRow("3000 x 1500") << QSize(3000, 1500) << QSize(700, 350);
+        QTest::newRow("1400 x 700") << QSize(1400, 700) << QSize(700, 350);
+        QTest::newRow("640 x 480") << QSize(640, 480) << QSize(640, 480);
+        QTest::newRow("300 x 300") << QSize(300, 300) << QSize(300, 300);
+        QTest::newRow("700 x 700") << QSize(700, 700) << QSize(700, 700);
+        QTest::newRow("701 x 350") << QSize(701, 350) << QSize(700, 350);
+        QTest::newRow("portrait") << QSize(1000, 2000) << QSize(350, 700);
+        QTest::newRow("one pixel") << QSize(1, 1) << QSize(1, 1);
+        QTest::newRow("thread") << QSize(9000, 3) << QSize(700, 1);
+    }
+    void reducesButNeverEnlarges()
+    {
+        QFETCH(QSize, size);
+        QFETCH(QSize, expected);
+        for (const char *format : {"jpeg", "png", "webp"}) {
+            const QByteArray bytes = encoded(quarters(size), format);
+            QVERIFY2(!bytes.isEmpty(), format);
+            QVERIFY2(previewOf(bytes).size() == expected, format);
+        }
+    }
+
+    void isBaselineJpegWhateverTheSource_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+
+        const QImage picture = quarters({320, 200});
+        QTest::newRow("jpeg") << encoded(picture, "jpeg");
+        QTest::newRow("progressive jpeg") << encodedProgressively(picture);
+        QTest::newRow("png") << encoded(picture, "png");
+        QTest::newRow("webp") << encoded(picture, "webp");
+        QTest::newRow("lossless webp") << encoded(picture, "webp", 100);
+        QTest::newRow("bmp") << encoded(picture, "bmp");
+        QTest::newRow("tiff") << encoded(picture, "tiff");
+        QTest::newRow("palette png")
+            << encoded(picture.convertToFormat(QImage::Format_Indexed8), "png");
+        QTest::newRow("palette bmp")
+            << encoded(picture.convertToFormat(QImage::Format_Indexed8), "bmp");
+        QTest::newRow("16-bit png")
+            << encoded(picture.convertToFormat(QImage::Format_RGBX64), "png");
+        QTest::newRow("16-bit png with alpha")
+            << encoded(picture.convertToFormat(QImage::Format_RGBA64), "png");
+        QTest::newRow("16-bit tiff")
+            << encoded(picture.convertToFormat(QImage::Format_RGBX64), "tiff");
+    }
+    void isBaselineJpegWhateverTheSource()
+    {
+        QFETCH(QByteArray, bytes);
+        const auto preview = makePreviewData(bytes);
+        QVERIFY(preview);
+        QCOMPARE(imageFormat(*preview), ImageFormat::Jpeg);
+        QVERIFY(*preview != bytes);
+        QVERIFY(preview->contains("\xFF\xC0")); // Baseline start of frame
+        QVERIFY(!preview->contains("\xFF\xC2")); // Progressive start of frame
+        QCOMPARE(jpegLayout(*preview)->scans, 1);
+        QVERIFY(showsQuarters(QImage::fromData(*preview)));
+    }
+
+    void readsOddKinds_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QSize>("size");
+        QTest::addColumn<QColor>("color");
+
+        const QColor gray(100, 100, 100);
+        const QSize size(50, 30);
+        QTest::newRow("gray jpeg")
+            << encoded(filled(size, QImage::Format_Grayscale8, gray), "jpeg") << size << gray;
+        QTest::newRow("gray png") << encoded(filled(size, QImage::Format_Grayscale8, gray), "png")
+                                  << size << gray;
+        QTest::newRow("16-bit gray png")
+            << encoded(filled(size, QImage::Format_Grayscale16, gray), "png") << size << gray;
+        QTest::newRow("black and white png") << encoded(
+            filled(size, QImage::Format_RGB32, Qt::white).convertToFormat(QImage::Format_Mono),
+            "png") << size << QColor(Qt::white);
+        QTest::newRow("black and white tiff") << encoded(
+            filled(size, QImage::Format_RGB32, Qt::white).convertToFormat(QImage::Format_Mono),
+            "tiff") << size << QColor(Qt::white);
+        QTest::newRow("16-bit gray tiff")
+            << encoded(filled(size, QImage::Format_Grayscale16, gray), "tiff") << size << gray;
+        QTest::newRow("first frame of an animation")
+            << animatedGif() << QSize(12, 8) << QColor(Qt::red);
+        QTest::newRow("interlaced png") << interlacedPng() << QSize(12, 8) << QColor(Qt::red);
+    }
+    void readsOddKinds()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QSize, size);
+        QFETCH(QColor, color);
+        const QImage preview = previewOf(bytes);
+        QCOMPARE(preview.size(), size);
+        QVERIFY(isNear(preview.pixel(size.width() / 2, size.height() / 2), color));
+    }
+
+    void readsFourInks()
+    {
+        const QImage preview = previewOf(cmykJpeg());
+        QCOMPARE(preview.size(), QSize(40, 20));
+        // The sample runs from red at the top to blue at the bottom.
+        QVERIFY(qRed(preview.pixel(20, 1)) > 180 && qBlue(preview.pixel(20, 1)) < 90);
+        QVERIFY(qBlue(preview.pixel(20, 18)) > 130 && qRed(preview.pixel(20, 18)) < 90);
+    }
+
+    void putsWhiteUnderTransparency_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QColor>("expected");
+
+        const QSize size(80, 60);
+        const QColor halfRed(255, 0, 0, 128);
+        for (const char *format : {"png", "webp", "tiff"}) {
+            QTest::addRow("clear %s", format)
+                << encoded(filled(size, QImage::Format_ARGB32, Qt::transparent), format)
+                << QColor(Qt::white);
+            QTest::addRow("half red %s", format)
+                << encoded(filled(size, QImage::Format_ARGB32, halfRed), format)
+                << QColor(255, 127, 127);
+        }
+        QTest::newRow("large half red png")
+            << encoded(filled({1500, 900}, QImage::Format_ARGB32, halfRed), "png")
+            << QColor(255, 127, 127);
+        QTest::newRow("large half red 16-bit png")
+            << encoded(filled({1500, 900}, QImage::Format_RGBA64, halfRed), "png")
+            << QColor(255, 127, 127);
+    }
+    void putsWhiteUnderTransparency()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QColor, expected);
+        const QImage preview = previewOf(bytes);
+        QVERIFY(!preview.isNull());
+        QVERIFY(isNear(preview.pixel(preview.rect().center()), expected));
+    }
+
+    void turnsUpright_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+        QTest::addColumn<QSize>("expected");
+
+        for (const QSize size : {QSize(120, 80), QSize(900, 600)}) {
+            const QSize expected = size.width() > 700 ? QSize(700, 467) : size;
+            for (int orientation = 1; orientation <= 8; ++orientation) {
+                const QImage stored = storedWithOrientation(quarters(size), orientation);
+                QTest::addRow("jpeg %d of %d", orientation, size.width())
+                    << withExifOrientation(encoded(stored, "jpeg"), orientation) << expected;
+                QTest::addRow("progressive jpeg %d of %d", orientation, size.width())
+                    << withExifOrientation(encodedProgressively(stored), orientation) << expected;
+            }
+        }
+        for (const int nonsense : {0, 9, 255}) {
+            QTest::addRow("jpeg %d", nonsense)
+                << withExifOrientation(encoded(quarters({120, 80}), "jpeg"), nonsense)
+                << QSize(120, 80);
+        }
+    }
+    void turnsUpright()
+    {
+        QFETCH(QByteArray, bytes);
+        QFETCH(QSize, expected);
+        const QImage preview = previewOf(bytes);
+        QCOMPARE(preview.size(), expected);
+        QVERIFY(showsQuarters(preview));
+    }
+
+    void turnsTiffUpright_data()
+    {
+        QTest::addColumn<int>("orientation");
+        for (int orientation = 1; orientation <= 8; ++orientation)
+            QTest::addRow("%d", orientation) << orientation;
+    }
+    void turnsTiffUpright()
+    {
+        QFETCH(int, orientation);
+        QByteArray bytes = encoded(storedWithOrientation(quarters({120, 80}), orientation), "tiff");
+        // The toolkit's writer stores orientation 1; the entry's value is patched in place.
+        const QByteArray entry = QByteArray::fromHex("120103000100000001");
+        const qsizetype at = bytes.indexOf(entry);
+        QVERIFY(at >= 0);
+        bytes[at + entry.size() - 1] = char(orientation);
+        const QImage preview = previewOf(bytes);
+        QCOMPARE(preview.size(), QSize(120, 80));
+        QVERIFY(showsQuarters(preview));
+    }
+
+    void showsTheSameColoursWhateverTheProfile()
+    {
+        QImage wide = filled({40, 40}, QImage::Format_RGB32, QColor(200, 100, 50));
+        wide.setColorSpace(QColorSpace::SRgb);
+        wide.convertToColorSpace(QColorSpace::DisplayP3);
+        QVERIFY(!isNear(wide.pixel(20, 20), QColor(200, 100, 50)));
+        for (const char *format : {"png", "jpeg"}) {
+            const QImage preview = previewOf(encoded(wide, format, 100));
+            QVERIFY2(isNear(preview.pixel(20, 20), QColor(200, 100, 50)), format);
+        }
+    }
+
+    void leavesTextsBehind()
+    {
+        QImage picture = quarters({60, 40});
+        picture.setText(u"Comment"_s, u"geheim"_s);
+        const QByteArray png = encoded(picture, "png");
+        QVERIFY(png.contains("geheim"));
+        QVERIFY(!makePreviewData(png)->contains("geheim"));
+    }
+
+    void compressesAtTheFixedQuality()
+    {
+        // The first quantiser of the standard luminance table at quality 68 is
+        // (16 × (200 − 2 × 68) + 50) / 100 = 10.
+        const QByteArray preview = *makePreviewData(encoded(quarters({60, 40}), "png"));
+        const qsizetype table = preview.indexOf("\xFF\xDB");
+        QVERIFY(table > 0);
+        QCOMPARE(int(preview[table + 5]), 10);
+    }
+
+    void yieldsNothingForWhatIsNoImage_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+
+        QTest::newRow("empty") << QByteArray();
+        QTest::newRow("text") << QByteArray("Esto no es una imagen.");
+        QTest::newRow("only the magic of a jpeg") << QByteArray("\xFF\xD8\xFF");
+        QTest::newRow("only the magic of a png") << QByteArray("\x89PNG\r\n\x1A\n");
+        QTest::newRow("svg") << QByteArray("<svg xmlns='http://www.w3.org/2000/svg' width='9' "
+                                           "height='9'><rect width='9' height='9'/></svg>");
+        QTest::newRow("icon") << encoded(quarters({32, 32}), "ico");
+        QTest::newRow("pixmap text") << encoded(quarters({32, 32}), "ppm");
+        QTest::newRow("one byte too many")
+            << encoded(quarters({32, 32}), "jpeg") + QByteArray(maximumImageBytes, '\0');
+    }
+    void yieldsNothingForWhatIsNoImage()
+    {
+        QFETCH(QByteArray, bytes);
+        QVERIFY(!makePreviewData(bytes));
+        QVERIFY(!decodeImage(bytes, 100));
+    }
+};
+
+QTEST_GUILESS_MAIN(ImagePreviewTest)
+#include "ImagePreviewTest.moc"

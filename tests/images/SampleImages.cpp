@@ -1,0 +1,171 @@
+#include "SampleImages.h"
+
+#include <QBuffer>
+#include <QImageWriter>
+#include <QPainter>
+#include <QtEndian>
+
+#include <array>
+
+namespace {
+
+QByteArray bigEndian(quint32 number)
+{
+    QByteArray bytes(sizeof(number), '\0');
+    qToBigEndian(number, bytes.data());
+    return bytes;
+}
+
+quint32 checkSum(const QByteArray &bytes)
+{
+    constexpr quint32 polynomial = 0xEDB88320;
+    quint32 sum = ~0U;
+    for (const char byte : bytes) {
+        sum ^= quint8(byte);
+        for (int bit = 0; bit < 8; ++bit)
+            sum = (sum >> 1) ^ (polynomial & (0U - (sum & 1U)));
+    }
+    return ~sum;
+}
+
+QByteArray written(const QImage &image, const QByteArray &format, int quality, bool progressive)
+{
+    QBuffer buffer;
+    buffer.open(QIODevice::WriteOnly);
+    QImageWriter writer(&buffer, format);
+    writer.setQuality(quality);
+    writer.setProgressiveScanWrite(progressive);
+    return writer.write(image) ? buffer.data() : QByteArray();
+}
+
+} // namespace
+
+QImage quarters(QSize size)
+{
+    QImage image(size, QImage::Format_RGB32);
+    const int x = size.width() / 2;
+    const int y = size.height() / 2;
+    QPainter painter(&image);
+    painter.fillRect(0, 0, x, y, Qt::red);
+    painter.fillRect(x, 0, size.width() - x, y, Qt::green);
+    painter.fillRect(0, y, x, size.height() - y, Qt::blue);
+    painter.fillRect(x, y, size.width() - x, size.height() - y, Qt::yellow);
+    return image;
+}
+
+bool showsQuarters(const QImage &image)
+{
+    constexpr int tolerance = 24;
+    const std::array<QRgb, 4> expected{0xFFFF0000, 0xFF00FF00, 0xFF0000FF, 0xFFFFFF00};
+    for (int i = 0; i < 4; ++i) {
+        const QRgb seen = image.pixel(image.width() * (i % 2 * 2 + 1) / 4,
+                                      image.height() * (i / 2 * 2 + 1) / 4);
+        if (std::abs(qRed(seen) - qRed(expected[i])) > tolerance
+            || std::abs(qGreen(seen) - qGreen(expected[i])) > tolerance
+            || std::abs(qBlue(seen) - qBlue(expected[i])) > tolerance || qAlpha(seen) != 255)
+            return false;
+    }
+    return true;
+}
+
+QByteArray encoded(const QImage &image, const QByteArray &format, int quality)
+{
+    return written(image, format, quality, false);
+}
+
+QByteArray encodedProgressively(const QImage &image)
+{
+    return written(image, "jpeg", 90, true);
+}
+
+QImage storedWithOrientation(const QImage &upright, int orientation)
+{
+    const int right = upright.width() - 1;
+    const int bottom = upright.height() - 1;
+    const bool isLying = orientation >= 5;
+    QImage stored(isLying ? upright.size().transposed() : upright.size(), upright.format());
+    for (int row = 0; row < stored.height(); ++row) {
+        for (int column = 0; column < stored.width(); ++column) {
+            // Where the stored row and column belong, as the EXIF standard defines each value.
+            const std::array<QPoint, 8> places{
+                QPoint(column, row),
+                QPoint(right - column, row),
+                {right - column, bottom - row},
+                {column, bottom - row},
+                {row, column},
+                {right - row, column},
+                {right - row, bottom - column},
+                {row, bottom - column},
+            };
+            stored.setPixel(column, row, upright.pixel(places[orientation - 1]));
+        }
+    }
+    return stored;
+}
+
+QByteArray withExifOrientation(const QByteArray &jpeg, int orientation)
+{
+    const QByteArray tiff = QByteArray::fromHex("4d4d002a00000008" // Header, first directory at 8
+                                                "0001" // One entry
+                                                "0112000300000001") // Orientation, one short
+        + char(0) + char(orientation) + QByteArray(6, '\0');
+    const QByteArray payload = QByteArray("Exif\0\0", 6) + tiff;
+    const QByteArray length = bigEndian(quint32(payload.size()) + 2).last(2);
+    return jpeg.first(2) + "\xFF\xE1" + length + payload + jpeg.sliced(2);
+}
+
+QByteArray pngChunk(const QByteArray &type, const QByteArray &data)
+{
+    return bigEndian(quint32(data.size())) + type + data + bigEndian(checkSum(type + data));
+}
+
+QByteArray withPngChunk(const QByteArray &png, const QByteArray &chunk)
+{
+    constexpr qsizetype headerEnd = 33;
+    return png.first(headerEnd) + chunk + png.sliced(headerEnd);
+}
+
+QByteArray flatPng(QSize size, const PngKind &kind)
+{
+    const int bytesPerRow = kind.bytesPerRow > 0 ? kind.bytesPerRow : (size.width() + 7) / 8;
+    const QByteArray header = bigEndian(quint32(size.width())) + bigEndian(quint32(size.height()))
+        + char(kind.bitDepth) + char(kind.colorType) + char(0) + char(0) + char(kind.interlaced);
+    const QByteArray rows(qsizetype(size.height()) * (bytesPerRow + 1), '\0');
+    // What qCompress() puts before the stream is its length, which PNG has no use for.
+    const QByteArray pixels = qCompress(rows, 9).sliced(4);
+    return "\x89PNG\r\n\x1A\n" + pngChunk("IHDR", header)
+        + (kind.colorType == 3 ? pngChunk("PLTE", QByteArray(768, '\x80')) : QByteArray())
+        + pngChunk("IDAT", pixels) + pngChunk("IEND", {});
+}
+
+QByteArray cmykJpeg()
+{
+    return QByteArray::fromBase64(
+        "/9j/7gAOQWRvYmUAZAAAAAAC/"
+        "9sAQwANCQoLCggNCwoLDg4NDxMgFRMSEhMnHB4XIC4pMTAuKS0sMzpKPjM2RjcsLUBX"
+        "QUZMTlJTUjI+WmFaUGBKUVJP/"
+        "9sAQwEODg4TERMmFRUmTzUtNU9PT09PT09PT09PT09PT09PT09PT09PT09PT09PT09P"
+        "T09PT09PT09PT09PT09PT09P/8AAFAgAFAAoBAEiAAIRAQMRAQQiAP/EABcAAQEBAQAAAAAAAAAAAAAAAAAFAgb/"
+        "xAAf"
+        "EAABAgYDAAAAAAAAAAAAAAAAAgMBEhQVUVITYWL/xAAWAQEBAQAAAAAAAAAAAAAAAAAABgX/"
+        "xAAbEQACAQUAAAAAAAAA"
+        "AAAAAAAAAQMREhUWUf/"
+        "aAA4EAQACEQMRBAAAPwC3ydjk7N0CsxFArMTH2BkVi5+HY3n0Lz6IVud2ULc7soxydjk7N0Cs"
+        "xFArMRsDGLn4Xbz6F59EK3O7KFud2UY5OwboFZiBsDGLn4Xbz6BCtzuygXJE4EicAEfUvrUdpStaila1AEicCROABU"
+        "Wo"
+        "UrWopWtQBInAAFRahStagA//2Q==");
+}
+
+QByteArray interlacedPng()
+{
+    return QByteArray::fromBase64("iVBORw0KGgoAAAANSUhEUgAAAAwAAAAICAIAAAE1gbkwAAAAKklEQVQY02P8z8DA"
+                                  "wMDA8J+BgRHKRGYxMWCKMWBKkqiK"
+                                  "OCEsZhGlj5aKABKVBxApcEkyAAAAAElFTkSuQmCC");
+}
+
+QByteArray animatedGif()
+{
+    return QByteArray::fromBase64("R0lGODlhDAAIAPAAAP8AAAAAACH5BAAAAAAAIf8LTkVUU0NBUEUyLjADAQAAACwA"
+                                  "AAAADAAIAAACCISPqcvtD2MqACH5"
+                                  "BAAAAAAALAAAAAAMAAgAgAAA/wAAAAIIhI+py+0PYyoAOw==");
+}
