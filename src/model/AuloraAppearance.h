@@ -4,6 +4,7 @@
 #include <QStringView>
 
 #include <array>
+#include <cstddef>
 #include <optional>
 
 /// The appearance the user chose. The raw value, which is what is stored, is the case's name.
@@ -17,5 +18,8 @@ QString rawValue(AuloraAppearance appearance);
 QString label(AuloraAppearance appearance);
 QString symbolName(AuloraAppearance appearance);
 
-/// The case that `rawValue` names, in exactly that spelling; nothing for any other text.
-std::optional<AuloraAppearance> appearanceFromRawValue(QStringView rawValue);
+/// The case that `text` names, in exactly that spelling; nothing for any other text.
+std::optional<AuloraAppearance> appearanceFromRawValue(QStringView text);
+
+/// The hash of the raw value.
+size_t qHash(AuloraAppearance appearance, size_t seed = 0);

@@ -20,6 +20,7 @@ public:
 
     /// Both pointers are borrowed; `store` outlives this object.
     explicit HistoryStore(PreferenceStore *store, QObject *parent = nullptr);
+    ~HistoryStore() override;
 
     /// The stored conversations, newest first; empty when there are none or the document cannot be
     /// read, which is said in one line. The stored document stays as it is.

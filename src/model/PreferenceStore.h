@@ -1,6 +1,9 @@
 #pragma once
 
+#include "PreferenceValue.h"
+
 #include <QByteArray>
+#include <QHash>
 #include <QObject>
 #include <QString>
 
@@ -15,8 +18,9 @@ class PreferenceWriter;
 ///
 /// A change is seen by the next read at once and committed in the background: a writer thread
 /// takes the newest value of every changed key and commits them in one transaction. A commit that
-/// fails keeps its keys, is reported once and tried again, also when nothing else changes.
-/// Destruction waits until everything accepted is on disk or has failed once more.
+/// fails keeps its keys and is tried again with the next change, and after a while (1 s at first,
+/// up to 30 s) also without one. Destruction waits until everything accepted is on disk or has
+/// failed once more.
 ///
 /// Every function belongs to the thread that made the store.
 class PreferenceStore : public QObject
@@ -41,17 +45,23 @@ public:
     void setBoolean(const QString &key, bool value);
     void remove(const QString &key);
 
-    /// Waits until all that was set is committed; false when a commit failed.
+    /// Waits until all that was set is committed, or a commit has failed, which yields false.
     bool flush();
 
 Q_SIGNALS:
     /// The value under `key` was set or removed in this process.
     void changed(const QString &key);
-    /// All values set before the newest commit began are on disk.
-    void committed();
-    /// A commit failed for a reason not reported since the last one that succeeded.
+    /// Commits began to fail; emitted once, and again only after one that succeeded.
     void commitFailed(const QString &description);
 
 private:
+    template <typename Value>
+    std::optional<Value> scalar(const QString &key) const;
+    QHash<QString, PreferenceValue> &scalars() const;
+    void reportFailure();
+
     std::unique_ptr<PreferenceWriter> m_writer;
+    /// All strings and booleans as they now are; absent until first needed, so that the start need
+    /// not wait for the disk. Bytes are left to the writer: a history is large and read once.
+    mutable std::optional<QHash<QString, PreferenceValue>> m_scalars;
 };

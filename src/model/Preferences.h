@@ -42,5 +42,12 @@ Q_SIGNALS:
     void showImagePreviewsChanged();
 
 private:
+    void follow(const QString &key);
+
     PreferenceStore *m_store;
+    // What reads yielded last, to tell a change from a value set again.
+    QString m_appearanceRawValue;
+    QString m_textSizeRawValue;
+    bool m_imageAnalysisEnabled;
+    bool m_showImagePreviews;
 };

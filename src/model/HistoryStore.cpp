@@ -1,0 +1,58 @@
+#include "HistoryStore.h"
+
+#include "ConversationCoding.h"
+#include "PreferenceStore.h"
+
+#include <cstdio>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+void printLine(const QString &text)
+{
+    // A description with line ends of its own must still be one line.
+    const QByteArray line = text.simplified().toUtf8() + '\n';
+    std::fwrite(line.data(), 1, line.size(), stdout);
+    std::fflush(stdout);
+}
+
+} // namespace
+
+HistoryStore::HistoryStore(PreferenceStore *store, QObject *parent)
+    : QObject(parent)
+    , m_store(store)
+{
+    connect(store, &PreferenceStore::commitFailed, this, [](const QString &description) {
+        printLine(u"Error guardando historial: "_s + description);
+    });
+}
+
+HistoryStore::~HistoryStore()
+{
+    // A failure of the last save still finds someone who says it.
+    m_store->flush();
+}
+
+QList<Conversation> HistoryStore::load() const
+{
+    const auto document = m_store->data(historyKey);
+    if (!document)
+        return {};
+    auto decoded = decodeConversations(*document);
+    if (const auto *error = std::get_if<DecodingError>(&decoded)) {
+        printLine(u"Error cargando historial: "_s + error->description);
+        return {};
+    }
+    return std::get<QList<Conversation>>(std::move(decoded));
+}
+
+void HistoryStore::save(const QList<Conversation> &conversations)
+{
+    m_store->setData(historyKey, [conversations] { return encodeConversations(conversations); });
+}
+
+void HistoryStore::remove()
+{
+    m_store->remove(historyKey);
+}

@@ -1,0 +1,90 @@
+#include "PreferenceStore.h"
+
+#include "PreferenceBackend.h"
+#include "PreferenceWriter.h"
+
+#include <utility>
+
+PreferenceStore::PreferenceStore(std::unique_ptr<PreferenceBackend> backend, QObject *parent)
+    : QObject(parent)
+    , m_writer(std::make_unique<PreferenceWriter>(std::move(backend), [this] {
+        QMetaObject::invokeMethod(this, &PreferenceStore::reportFailure, Qt::QueuedConnection);
+    }))
+{ }
+
+PreferenceStore::~PreferenceStore()
+{
+    // Ends the thread while this object can still be called from it.
+    m_writer.reset();
+}
+
+std::optional<QByteArray> PreferenceStore::data(const QString &key) const
+{
+    return m_writer->data(key);
+}
+
+std::optional<QString> PreferenceStore::string(const QString &key) const
+{
+    return scalar<QString>(key);
+}
+
+std::optional<bool> PreferenceStore::boolean(const QString &key) const
+{
+    return scalar<bool>(key);
+}
+
+template <typename Value>
+std::optional<Value> PreferenceStore::scalar(const QString &key) const
+{
+    const PreferenceValue stored = scalars().value(key);
+    const auto *value = std::get_if<Value>(&stored);
+    return value ? std::optional(*value) : std::nullopt;
+}
+
+void PreferenceStore::setData(const QString &key, DataSource source)
+{
+    scalars().remove(key);
+    m_writer->set(key, std::move(source));
+    Q_EMIT changed(key);
+}
+
+void PreferenceStore::setString(const QString &key, const QString &value)
+{
+    scalars().insert(key, value);
+    m_writer->set(key, value);
+    Q_EMIT changed(key);
+}
+
+void PreferenceStore::setBoolean(const QString &key, bool value)
+{
+    scalars().insert(key, value);
+    m_writer->set(key, value);
+    Q_EMIT changed(key);
+}
+
+void PreferenceStore::remove(const QString &key)
+{
+    scalars().remove(key);
+    m_writer->set(key, std::monostate());
+    Q_EMIT changed(key);
+}
+
+bool PreferenceStore::flush()
+{
+    const bool isCommitted = m_writer->flush();
+    reportFailure();
+    return isCommitted;
+}
+
+void PreferenceStore::reportFailure()
+{
+    if (const auto failure = m_writer->takeFailure())
+        Q_EMIT commitFailed(*failure);
+}
+
+QHash<QString, PreferenceValue> &PreferenceStore::scalars() const
+{
+    if (!m_scalars)
+        m_scalars = m_writer->storedScalars();
+    return *m_scalars;
+}

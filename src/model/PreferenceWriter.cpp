@@ -1,0 +1,173 @@
+#include "PreferenceWriter.h"
+
+#include <algorithm>
+#include <type_traits>
+#include <utility>
+
+using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+// A full disk or a folder taken away is put right by people, not within moments.
+constexpr std::chrono::seconds firstRetryDelay = 1s;
+constexpr std::chrono::seconds longestRetryDelay = 30s;
+
+PreferenceValue evaluated(const PreferenceWriter::PendingValue &pending)
+{
+    return std::visit(
+        [](const auto &value) -> PreferenceValue {
+            if constexpr (std::is_same_v<decltype(value), const PreferenceWriter::DataSource &>)
+                return value();
+            else
+                return value;
+        },
+        pending);
+}
+
+} // namespace
+
+PreferenceWriter::PreferenceWriter(std::unique_ptr<PreferenceBackend> backend,
+                                   std::function<void()> failed)
+    : m_backend(std::move(backend))
+    , m_failed(std::move(failed))
+    , m_retryDelay(firstRetryDelay)
+    , m_thread(QThread::create([this] { run(); }))
+{
+    m_thread->setObjectName(u"preferences"_s);
+    m_thread->start();
+}
+
+PreferenceWriter::~PreferenceWriter()
+{
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_isStopping = true;
+    }
+    m_wakeWriter.notify_one();
+    m_thread->wait();
+}
+
+QHash<QString, PreferenceValue> PreferenceWriter::storedScalars()
+{
+    std::unique_lock lock(m_mutex);
+    m_progress.wait(lock, [this] { return m_storedScalars.has_value(); });
+    return *m_storedScalars;
+}
+
+std::optional<QByteArray> PreferenceWriter::data(const QString &key)
+{
+    std::unique_lock lock(m_mutex);
+    for (const PendingValues *values : {&m_pending, &m_inFlight}) {
+        const auto found = values->constFind(key);
+        if (found == values->constEnd())
+            continue;
+        const auto *source = std::get_if<DataSource>(&*found);
+        if (!source)
+            return std::nullopt;
+        const DataSource evaluate = *source;
+        lock.unlock();
+        return evaluate();
+    }
+
+    Read read{key, std::nullopt};
+    m_read = &read;
+    m_wakeWriter.notify_one();
+    m_progress.wait(lock, [&read] { return read.isDone; });
+    return std::move(read.value);
+}
+
+void PreferenceWriter::set(const QString &key, PendingValue value)
+{
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_pending.insert(key, std::move(value));
+        m_nextAttempt = Clock::now();
+    }
+    m_wakeWriter.notify_one();
+}
+
+bool PreferenceWriter::flush()
+{
+    std::unique_lock lock(m_mutex);
+    const quint64 failuresBefore = m_failures;
+    m_nextAttempt = Clock::now();
+    m_wakeWriter.notify_one();
+    m_progress.wait(lock, [&] {
+        return m_failures != failuresBefore || (m_pending.isEmpty() && m_inFlight.isEmpty());
+    });
+    return m_failures == failuresBefore;
+}
+
+std::optional<QString> PreferenceWriter::takeFailure()
+{
+    const std::scoped_lock lock(m_mutex);
+    return std::exchange(m_untakenFailure, std::nullopt);
+}
+
+void PreferenceWriter::run()
+{
+    auto scalars = m_backend->load();
+    std::unique_lock lock(m_mutex);
+    m_storedScalars = std::move(scalars);
+    m_progress.notify_all();
+
+    while (!m_isStopping) {
+        if (m_read)
+            serveRead(lock);
+        else if (m_pending.isEmpty())
+            m_wakeWriter.wait(lock);
+        else if (Clock::now() < m_nextAttempt)
+            m_wakeWriter.wait_until(lock, m_nextAttempt);
+        else
+            commit(lock);
+    }
+    if (!m_pending.isEmpty())
+        commit(lock);
+    m_backend.reset();
+}
+
+void PreferenceWriter::serveRead(std::unique_lock<std::mutex> &lock)
+{
+    Read *read = std::exchange(m_read, nullptr);
+    lock.unlock();
+    auto value = m_backend->data(read->key);
+    lock.lock();
+    read->value = std::move(value);
+    read->isDone = true;
+    m_progress.notify_all();
+}
+
+void PreferenceWriter::commit(std::unique_lock<std::mutex> &lock)
+{
+    m_inFlight = std::exchange(m_pending, {});
+    const PendingValues values = m_inFlight;
+    lock.unlock();
+    QHash<QString, PreferenceValue> changes;
+    for (auto it = values.cbegin(); it != values.cend(); ++it)
+        changes.insert(it.key(), evaluated(it.value()));
+    auto failure = m_backend->commit(changes);
+    lock.lock();
+
+    if (!failure) {
+        m_isFailing = false;
+        m_retryDelay = firstRetryDelay;
+    } else {
+        // What was set meanwhile is newer.
+        m_inFlight.insert(std::exchange(m_pending, {}));
+        m_pending = std::exchange(m_inFlight, {});
+        ++m_failures;
+        m_nextAttempt = Clock::now() + m_retryDelay;
+        m_retryDelay = std::min(2 * m_retryDelay, longestRetryDelay);
+    }
+    m_inFlight.clear();
+    const bool isNews = failure && !std::exchange(m_isFailing, failure.has_value());
+    if (isNews)
+        m_untakenFailure = std::move(failure);
+    m_progress.notify_all();
+    if (isNews) {
+        lock.unlock();
+        m_failed();
+        lock.lock();
+    }
+}

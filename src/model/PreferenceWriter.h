@@ -1,0 +1,89 @@
+#pragma once
+
+#include "PreferenceBackend.h"
+
+#include <QByteArray>
+#include <QHash>
+#include <QString>
+#include <QThread>
+
+#include <chrono>
+#include <condition_variable>
+#include <functional>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <variant>
+
+/// The thread that owns a preference store's back-end and does all of its reading and writing.
+///
+/// Every function may be called from any one other thread.
+class PreferenceWriter
+{
+public:
+    using DataSource = std::function<QByteArray()>;
+    /// A value on its way to the disk; `std::monostate` removes the key.
+    using PendingValue = std::variant<std::monostate, DataSource, QString, bool>;
+
+    /// Starts the thread. `failed` is called on it after a commit that left something to take with
+    /// `takeFailure`.
+    PreferenceWriter(std::unique_ptr<PreferenceBackend> backend, std::function<void()> failed);
+    /// Tries once more to commit what is pending, and ends the thread.
+    ~PreferenceWriter();
+
+    PreferenceWriter(const PreferenceWriter &) = delete;
+    PreferenceWriter &operator=(const PreferenceWriter &) = delete;
+
+    /// The strings and booleans that were stored at the start; waits until they are read.
+    QHash<QString, PreferenceValue> storedScalars();
+
+    /// The bytes under `key`: pending ones if there are, else what the back-end holds, which may
+    /// wait for a commit to end.
+    std::optional<QByteArray> data(const QString &key);
+
+    /// Takes the place of any value of `key` that is still pending.
+    void set(const QString &key, PendingValue value);
+
+    /// Waits until nothing is pending, which is true, or a commit has failed, which is false.
+    bool flush();
+
+    /// Why commits began to fail, once; nothing when it was taken or they succeed.
+    std::optional<QString> takeFailure();
+
+private:
+    using Clock = std::chrono::steady_clock;
+    using PendingValues = QHash<QString, PendingValue>;
+
+    /// A read that waits for the writer thread.
+    struct Read
+    {
+        QString key;
+        std::optional<QByteArray> value;
+        bool isDone = false;
+    };
+
+    void run();
+    void serveRead(std::unique_lock<std::mutex> &lock);
+    void commit(std::unique_lock<std::mutex> &lock);
+
+    std::unique_ptr<PreferenceBackend> m_backend;
+    const std::function<void()> m_failed;
+
+    std::mutex m_mutex;
+    std::condition_variable m_wakeWriter;
+    std::condition_variable m_progress;
+    // All below are guarded by m_mutex.
+    std::optional<QHash<QString, PreferenceValue>> m_storedScalars;
+    PendingValues m_pending;
+    /// What the running commit took out of m_pending.
+    PendingValues m_inFlight;
+    Read *m_read = nullptr;
+    Clock::time_point m_nextAttempt;
+    std::chrono::seconds m_retryDelay;
+    quint64 m_failures = 0;
+    bool m_isFailing = false;
+    bool m_isStopping = false;
+    std::optional<QString> m_untakenFailure;
+
+    std::unique_ptr<QThread> m_thread;
+};

@@ -1,0 +1,101 @@
+// Values and what keeps them, tested: the JSON form against tables, another parser and mutations,
+// the store over each of its back-ends, against faults, and against being killed.
+#pragma once
+
+#include "PreferenceBackend.h"
+
+#include <QList>
+
+#include <chrono>
+#include <memory>
+#include <mutex>
+
+/// What a MemoryPreferenceBackend keeps, which a test can look at and set while the store runs.
+class PreferenceMemory
+{
+public:
+    /// Every commit fails while this is set.
+    void setFailure(const std::optional<QString> &failure)
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_failure = failure;
+    }
+
+    PreferenceValue value(const QString &key)
+    {
+        const std::scoped_lock lock(m_mutex);
+        return m_values.value(key);
+    }
+
+    void setValue(const QString &key, const PreferenceValue &value)
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_values.insert(key, value);
+    }
+
+    /// When each commit was tried, the failed ones too.
+    QList<std::chrono::steady_clock::time_point> attempts()
+    {
+        const std::scoped_lock lock(m_mutex);
+        return m_attempts;
+    }
+
+    QHash<QString, PreferenceValue> values()
+    {
+        const std::scoped_lock lock(m_mutex);
+        return m_values;
+    }
+
+    std::optional<QString> commit(const QHash<QString, PreferenceValue> &changes)
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_attempts.append(std::chrono::steady_clock::now());
+        if (m_failure)
+            return m_failure;
+        for (auto it = changes.cbegin(); it != changes.cend(); ++it) {
+            if (std::holds_alternative<std::monostate>(*it))
+                m_values.remove(it.key());
+            else
+                m_values.insert(it.key(), *it);
+        }
+        return std::nullopt;
+    }
+
+private:
+    std::mutex m_mutex;
+    QHash<QString, PreferenceValue> m_values;
+    QList<std::chrono::steady_clock::time_point> m_attempts;
+    std::optional<QString> m_failure;
+};
+
+/// Preferences that last as long as the test's PreferenceMemory.
+class MemoryPreferenceBackend : public PreferenceBackend
+{
+public:
+    explicit MemoryPreferenceBackend(std::shared_ptr<PreferenceMemory> memory)
+        : m_memory(std::move(memory))
+    { }
+
+    QHash<QString, PreferenceValue> load() override
+    {
+        QHash<QString, PreferenceValue> scalars = m_memory->values();
+        scalars.removeIf(
+            [](const auto &entry) { return std::holds_alternative<QByteArray>(entry.value()); });
+        return scalars;
+    }
+
+    std::optional<QByteArray> data(const QString &key) override
+    {
+        const PreferenceValue value = m_memory->value(key);
+        const auto *bytes = std::get_if<QByteArray>(&value);
+        return bytes ? std::optional(*bytes) : std::nullopt;
+    }
+
+    std::optional<QString> commit(const QHash<QString, PreferenceValue> &changes) override
+    {
+        return m_memory->commit(changes);
+    }
+
+private:
+    std::shared_ptr<PreferenceMemory> m_memory;
+};
