@@ -33,7 +33,7 @@ endfunction()
 
 # aulora_add_qml_library(<name> URI <uri> SOURCES <files> [QML <files>] [SINGLETONS <files>]
 # [RESOURCES <files>] [LINK <libraries>]): a static library that is also one QML module.
-# Link <name>plugin as well wherever QML imports the module.
+# A program or test links <name>plugin for every module that its QML imports; libraries link <name>.
 function(aulora_add_qml_library name)
   cmake_parse_arguments(PARSE_ARGV 1 arg "" "URI" "SOURCES;QML;SINGLETONS;RESOURCES;LINK")
   if(arg_SINGLETONS)
@@ -50,6 +50,7 @@ function(aulora_add_qml_library name)
     SOURCES ${arg_SOURCES}
     QML_FILES ${arg_QML} ${arg_SINGLETONS}
     RESOURCES ${arg_RESOURCES}
+    DEPENDENCIES QtQuick
     IMPORT_PATH ${CMAKE_BINARY_DIR}/qml)
   target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
   target_link_libraries(${name} PUBLIC ${arg_LINK} PRIVATE aulora_options)

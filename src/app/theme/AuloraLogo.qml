@@ -1,0 +1,11 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import Aulora.Theme
+
+// The logo; its height follows its width.
+LogoItem {
+    wordColor: Theme.primary
+    implicitWidth: 175
+    Accessible.role: Accessible.Graphic
+    Accessible.name: "Aulora IA"
+}

@@ -1,0 +1,155 @@
+#include "ColorSchemeSource.h"
+
+#include <QDBusConnection>
+#include <QDBusMessage>
+#include <QDBusPendingCallWatcher>
+#include <QDBusPendingReply>
+#include <QDBusVariant>
+#include <QEvent>
+#include <QFile>
+#include <QGuiApplication>
+#include <QPalette>
+#include <QStyleHints>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+constexpr int portalTimeout = 100; // milliseconds, while the first frame waits
+
+const QString portalService = u"org.freedesktop.portal.Desktop"_s;
+const QString portalPath = u"/org/freedesktop/portal/desktop"_s;
+const QString settingsInterface = u"org.freedesktop.portal.Settings"_s;
+const QString appearanceGroup = u"org.freedesktop.appearance"_s;
+const QString colorSchemeKey = u"color-scheme"_s;
+
+ColorScheme paletteScheme()
+{
+    const QPalette palette = QGuiApplication::palette();
+    return palette.color(QPalette::Window).lightness()
+            < palette.color(QPalette::WindowText).lightness()
+        ? ColorScheme::Dark
+        : ColorScheme::Light;
+}
+
+#if QT_VERSION < QT_VERSION_CHECK(6, 5, 0)
+
+/// Without a bus to talk to, the library would try to launch one, which takes long.
+bool sessionBusExists()
+{
+    return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS")
+        || QFile::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + u"/bus"_s);
+}
+
+QDBusMessage readColorScheme()
+{
+    auto message
+        = QDBusMessage::createMethodCall(portalService, portalPath, settingsInterface, u"Read"_s);
+    message << appearanceGroup << colorSchemeKey;
+    return message;
+}
+
+#endif
+
+} // namespace
+
+ColorSchemeSource::ColorSchemeSource(QObject *parent)
+    : QObject(parent)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
+    const auto takeHint = [this](Qt::ColorScheme scheme) {
+        if (scheme == Qt::ColorScheme::Unknown)
+            m_stated.reset();
+        else
+            m_stated = scheme == Qt::ColorScheme::Dark ? ColorScheme::Dark : ColorScheme::Light;
+        update();
+    };
+    connect(QGuiApplication::styleHints(), &QStyleHints::colorSchemeChanged, this, takeHint);
+    takeHint(QGuiApplication::styleHints()->colorScheme());
+#else
+    if (sessionBusExists())
+        connectToPortal();
+#endif
+    update();
+    qGuiApp->installEventFilter(this);
+}
+
+bool ColorSchemeSource::eventFilter(QObject *watched, QEvent *event)
+{
+    if (event->type() == QEvent::ApplicationPaletteChange && watched == qGuiApp)
+        update();
+    return QObject::eventFilter(watched, event);
+}
+
+#if QT_VERSION < QT_VERSION_CHECK(6, 5, 0)
+
+void ColorSchemeSource::connectToPortal()
+{
+    auto bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected())
+        return;
+    bus.connect(portalService, portalPath, settingsInterface, u"SettingChanged"_s, this,
+                SLOT(takeSetting(QString, QString, QDBusVariant)));
+    auto message = readColorScheme();
+    message.setAutoStartService(false);
+    const QDBusMessage reply = bus.call(message, QDBus::Block, portalTimeout);
+    if (reply.type() == QDBusMessage::ReplyMessage && !reply.arguments().isEmpty())
+        takeValue(reply.arguments().constFirst());
+    else
+        askPortalLater();
+}
+
+void ColorSchemeSource::askPortalLater()
+{
+    const auto call = QDBusConnection::sessionBus().asyncCall(readColorScheme());
+    auto *watcher = new QDBusPendingCallWatcher(call, this);
+    connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
+        watcher->deleteLater();
+        const QDBusPendingReply<QDBusVariant> reply = *watcher;
+        if (reply.isError())
+            return;
+        takeValue(reply.value().variant());
+        update();
+    });
+}
+
+#endif
+
+void ColorSchemeSource::takeSetting(const QString &group, const QString &key,
+                                    const QDBusVariant &value)
+{
+    if (group != appearanceGroup || key != colorSchemeKey)
+        return;
+    takeValue(value.variant());
+    update();
+}
+
+void ColorSchemeSource::takeValue(const QVariant &value)
+{
+    // `Read` wraps the value in one variant more than the signal does.
+    QVariant plain = value;
+    while (plain.canConvert<QDBusVariant>())
+        plain = plain.value<QDBusVariant>().variant();
+
+    constexpr uint preferDark = 1;
+    constexpr uint preferLight = 2;
+    switch (plain.toUInt()) {
+    case preferDark:
+        m_stated = ColorScheme::Dark;
+        break;
+    case preferLight:
+        m_stated = ColorScheme::Light;
+        break;
+    default:
+        m_stated.reset();
+    }
+}
+
+void ColorSchemeSource::update()
+{
+    const auto scheme = m_stated.value_or(paletteScheme());
+    if (m_scheme == scheme)
+        return;
+    m_scheme = scheme;
+    Q_EMIT schemeChanged();
+}

@@ -1,0 +1,39 @@
+#include "ContinuousPicture.h"
+
+#include "ContinuousCorners.h"
+
+#include <QPainter>
+
+void ContinuousPicture::setImage(const QImage &image)
+{
+    if (m_picture == image)
+        return;
+    m_picture = image;
+    repaint();
+    Q_EMIT imageChanged();
+}
+
+void ContinuousPicture::setRadius(double radius)
+{
+    if (m_radius == radius)
+        return;
+    m_radius = radius;
+    repaint();
+    Q_EMIT radiusChanged();
+}
+
+QImage ContinuousPicture::paintedImage(QSizeF size, double ratio) const
+{
+    if (m_picture.isNull())
+        return {};
+    const QSize pixels = (size * ratio).toSize();
+    const QImage scaled = m_picture.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
+    image.fill(Qt::transparent);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillPath(continuousRoundedPath(image.rect(), m_radius * ratio), QBrush(scaled));
+    painter.end();
+    image.setDevicePixelRatio(ratio);
+    return image;
+}

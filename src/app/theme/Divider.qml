@@ -1,0 +1,10 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import Aulora.Theme
+
+// A hairline between two parts of a screen.
+Rectangle {
+    implicitWidth: 1
+    implicitHeight: 1
+    color: Theme.separator
+}

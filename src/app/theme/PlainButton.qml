@@ -1,0 +1,31 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Templates as T
+import Aulora.Theme
+
+// A button without any chrome: its content item is all there is to see. Its text is its accessible
+// name. A press never takes the keyboard focus away from where the person is typing.
+T.AbstractButton {
+    id: button
+
+    property real focusRadius: 8
+
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
+    focusPolicy: Qt.TabFocus
+    opacity: down ? 0.65 : 1
+
+    Keys.onReturnPressed: event => {
+        if (!event.isAutoRepeat)
+            button.clicked();
+    }
+    Keys.onEnterPressed: event => {
+        if (!event.isAutoRepeat)
+            button.clicked();
+    }
+
+    FocusRing {
+        visible: button.visualFocus
+        innerRadius: button.focusRadius
+    }
+}

@@ -1,0 +1,23 @@
+// The look: palette, type, symbols, continuous corners and the small controls that every screen
+// shares. Depends on nothing else of the program.
+#pragma once
+
+#include <QColor>
+
+enum class ColorScheme { Light, Dark };
+
+/// The colours the platform gives an application, in one scheme.
+struct SystemColors
+{
+    QColor primary; ///< text and symbols; translucent, so that it takes on what lies below
+    QColor secondary;
+    QColor controlBackground;
+    QColor textBackground;
+    QColor separator;
+    QColor windowBackground; ///< behind sheets and alerts
+    QColor orange;
+    QColor red;
+    QColor gray;
+};
+
+SystemColors systemColors(ColorScheme scheme);

@@ -1,0 +1,107 @@
+#include "Theme.h"
+
+#include <QFontDatabase>
+#include <QGuiApplication>
+#include <QScreen>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// Screens use medium and semibold weights, which most desktops' default fonts lack.
+bool hasScreenWeights(const QString &family)
+{
+    bool medium = false;
+    bool semibold = false;
+    const auto styles = QFontDatabase::styles(family);
+    for (const auto &style : styles) {
+        const int weight = QFontDatabase::weight(family, style);
+        medium = medium || weight == QFont::Medium;
+        semibold = semibold || weight == QFont::DemiBold;
+    }
+    return medium && semibold;
+}
+
+QFont interfaceFont()
+{
+    QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
+#ifndef Q_OS_MACOS // whose system font has every weight but lists no styles
+    if (!hasScreenWeights(font.family()))
+        font.setFamilies({u"Inter"_s, font.family()});
+#endif
+    return font;
+}
+
+} // namespace
+
+Theme::Theme(QObject *parent)
+    : QObject(parent)
+    , m_colors(systemColors(m_scheme))
+{
+    connect(&m_schemeSource, &ColorSchemeSource::schemeChanged, this, &Theme::updateScheme);
+    updateScheme();
+}
+
+QColor Theme::accent()
+{
+    return QColor::fromRgbF(0.08F, 0.43F, 0.32F);
+}
+
+QColor Theme::accentSoft()
+{
+    return atOpacity(accent(), 0.09);
+}
+
+QColor Theme::accentDeep()
+{
+    return QColor::fromRgbF(0.035F, 0.19F, 0.16F);
+}
+
+QColor Theme::hairline() const
+{
+    return atOpacity(m_colors.primary, 0.07);
+}
+
+void Theme::setAppearanceRawValue(const QString &rawValue)
+{
+    if (m_appearanceRawValue == rawValue)
+        return;
+    m_appearanceRawValue = rawValue;
+    updateScheme();
+    Q_EMIT appearanceRawValueChanged();
+}
+
+QColor Theme::atOpacity(QColor color, double opacity)
+{
+    color.setAlphaF(static_cast<float>(color.alphaF() * opacity));
+    return color;
+}
+
+QFont Theme::font(double points, int weight, double tracking)
+{
+    static const QFont base = interfaceFont();
+    constexpr double pointsPerInch = 72;
+    const auto *screen = QGuiApplication::primaryScreen();
+    const double dotsPerInch = screen ? screen->logicalDotsPerInch() : pointsPerInch;
+
+    QFont font = base;
+    font.setPointSizeF(points * pointsPerInch / dotsPerInch);
+    font.setWeight(static_cast<QFont::Weight>(weight));
+    if (tracking != 0)
+        font.setLetterSpacing(QFont::AbsoluteSpacing, tracking);
+    return font;
+}
+
+void Theme::updateScheme()
+{
+    auto scheme = m_schemeSource.scheme();
+    if (m_appearanceRawValue == "light"_L1)
+        scheme = ColorScheme::Light;
+    else if (m_appearanceRawValue == "dark"_L1)
+        scheme = ColorScheme::Dark;
+    if (m_scheme == scheme)
+        return;
+    m_scheme = scheme;
+    m_colors = systemColors(scheme);
+    Q_EMIT schemeChanged();
+}
