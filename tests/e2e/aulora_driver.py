@@ -3,8 +3,6 @@ by role and accessible name, presses and types, and reads what is shown. It know
 code. Make a Desktop before importing this module: the accessibility library looks for its bus once.
 """
 
-import os
-import signal
 import sqlite3
 import subprocess
 import tempfile
@@ -18,7 +16,7 @@ from gi.repository import Atspi, GLib  # noqa: E402  (the version has to be chos
 from desktop import die_with_parent, wait_until  # noqa: E402
 
 WINDOW_TITLE = "Aulora IA"
-STORE = Path("aulora-ia/preferences.sqlite")
+STORE = Path(".local/share/aulora-ia/preferences.sqlite")
 
 
 class Element:
@@ -87,27 +85,22 @@ class Element:
 
 
 class Program:
-    """One run of the program with a home folder that may outlive it."""
+    """One run of the program. Its home folder is its own, unless one is given, and may outlive it."""
 
     def __init__(self, desktop, executable, home=None, environment=()):
         self.desktop = desktop
-        self.home = Path(home or tempfile.mkdtemp(prefix="aulora-home-"))
+        self.home = Path(home or tempfile.mkdtemp(prefix="home-", dir=desktop.folder))
         self._executable = executable
-        self._log = open(self.home / "program.log", "ab")
-        self._environment = desktop.environment | {
-            "HOME": str(self.home),
-            "XDG_DATA_HOME": str(self.home / "data"),
-            "XDG_CONFIG_HOME": str(self.home / "config"),
-            "XDG_CACHE_HOME": str(self.home / "cache"),
-            "XDG_RUNTIME_DIR": str(self.home),
-            "TMPDIR": str(self.home),
-        } | dict(environment)
+        self._environment = desktop.environment | {"HOME": str(self.home)} | dict(environment)
+        self._log = Path(tempfile.mkstemp(prefix="output-", dir=desktop.folder)[1])
         self.process = self.launch()
 
     def launch(self):
-        """Starts the program (again) in the same home folder."""
-        return subprocess.Popen([self._executable], env=self._environment, stdin=subprocess.DEVNULL,
-                                stdout=self._log, stderr=self._log, preexec_fn=die_with_parent)
+        """Starts the program (once more) in the same home folder."""
+        with self._log.open("ab") as log:
+            return subprocess.Popen([self._executable], env=self._environment,
+                                    stdin=subprocess.DEVNULL, stdout=log, stderr=log,
+                                    preexec_fn=die_with_parent)
 
     def quit(self):
         """Closes the window as its close button does and waits for the program to end."""
@@ -121,14 +114,12 @@ class Program:
 
     def wait(self, timeout=20):
         """Waits for the program's end; its exit status."""
-        status = self.process.wait(timeout)
-        self._log.close()
-        return status
+        return self.process.wait(timeout)
 
     @property
     def output(self):
         """What the program has written to its standard output and standard error."""
-        return (self.home / "program.log").read_text(errors="replace")
+        return self._log.read_text(errors="replace")
 
     @property
     def window(self):
@@ -210,7 +201,7 @@ class Program:
 
     def store(self, query):
         """Rows of the program's store, read without touching it."""
-        path = self.home / "data" / STORE
+        path = self.home / STORE
         with sqlite3.connect(f"file:{path}?mode=ro", uri=True) as store:
             return store.execute(query).fetchall()
 

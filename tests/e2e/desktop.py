@@ -40,18 +40,19 @@ def wait_until(condition, what, timeout=20.0):
 
 class Desktop:
     """Starts everything when made. `environment` is what a program needs to appear on it; it is
-    also put into this process, whose accessibility library reads it once."""
+    also put into this process, whose accessibility library reads it once. `folder` is for whatever
+    need not outlive the desktop."""
 
     def __init__(self, width=1600, height=1200):
-        self._folder = Path(tempfile.mkdtemp(prefix="aulora-desktop-"))
+        self.folder = Path(tempfile.mkdtemp(prefix="aulora-desktop-"))
         self._processes = []
         self._extra_letters = []
         self.environment = {
             "PATH": os.environ["PATH"],
             "LANG": "C.UTF-8",
-            "HOME": str(self._folder),
-            "XDG_RUNTIME_DIR": str(self._folder),
-            "TMPDIR": str(self._folder),
+            "HOME": str(self.folder),
+            "XDG_RUNTIME_DIR": str(self.folder),
+            "TMPDIR": str(self.folder),
             "DISPLAY": self._start_display(width, height),
             "QT_LINUX_ACCESSIBILITY_ALWAYS_ON": "1",
         }
@@ -65,7 +66,7 @@ class Desktop:
         for process in reversed(self._processes):
             process.terminate()
             process.wait()
-        shutil.rmtree(self._folder, ignore_errors=True)
+        shutil.rmtree(self.folder, ignore_errors=True)
 
     def type(self, text):
         """Presses and releases the keys of text, as a person would on a keyboard that has them."""

@@ -1,0 +1,288 @@
+"""Measures the built program from outside, as a person meets it, against its budgets.
+
+Every figure that a machine changes is a ratio to an empty Qt Quick window measured in the same run.
+Frames are read from Qt's own log of its render loop; what is on the screen is read from the screen.
+
+Usage: whole_program.py PROGRAMS_FOLDER ASSISTANT_HOST CERTIFICATE KEY
+"""
+
+import base64
+import json
+import os
+import re
+import sqlite3
+import statistics
+import subprocess
+import sys
+import tempfile
+import time
+import uuid
+from pathlib import Path
+
+sys.path.insert(0, str(Path(__file__).parents[1] / "tests" / "e2e"))
+
+from desktop import Desktop, die_with_parent, wait_until  # noqa: E402
+
+DESKTOP = Desktop()
+
+from aulora_driver import STORE, Program  # noqa: E402  (its bus has to be there first)
+from recording_server import RecordingServer  # noqa: E402
+from screen import Screen  # noqa: E402
+
+RUNS = 7
+REPLY_LINE = "- La **mitosis** separa los cromosomas duplicados en dos núcleos iguales entre sí."
+FRAME = re.compile(r"^ *(?P<time>[\d.]+) .*rame rendered(?: with '\w+' renderloop)? in (?P<cost>\d+)ms")
+ORANGE_IS_RED_OVER_BLUE = 100
+
+
+def percentile(values, share):
+    return sorted(values)[min(len(values) - 1, int(len(values) * share))]
+
+
+class Measured:
+    """One run of a program whose frames are logged, on a renderer, with no accessibility."""
+
+    def __init__(self, executable, renderer, home):
+        self._log = tempfile.NamedTemporaryFile(dir=DESKTOP.folder, delete=False)
+        environment = DESKTOP.environment | {
+            "HOME": str(home),
+            "QT_QUICK_BACKEND": renderer,
+            "QT_MESSAGE_PATTERN": "%{time boot} %{category} %{message}",
+            "QT_LOGGING_RULES": "qt.scenegraph.time.renderloop=true",
+        }
+        del environment["QT_LINUX_ACCESSIBILITY_ALWAYS_ON"]
+        self.started = time.clock_gettime(time.CLOCK_BOOTTIME)
+        self.process = subprocess.Popen([executable], env=environment, stdin=subprocess.DEVNULL,
+                                        stdout=subprocess.DEVNULL, stderr=self._log,
+                                        preexec_fn=die_with_parent)
+        wait_until(self.frames, "the first frame")
+
+    def frames(self):
+        """When each frame so far was done, in seconds since the machine started, and what it cost
+        in milliseconds."""
+        lines = Path(self._log.name).read_text(errors="replace").splitlines()
+        return [(float(found["time"]), int(found["cost"]))
+                for found in map(FRAME.match, lines) if found]
+
+    def settle(self):
+        """Waits until nothing has been painted for a second."""
+        wait_until(lambda: time.clock_gettime(time.CLOCK_BOOTTIME) - self.frames()[-1][0] > 1,
+                   "the program to come to rest", 120)
+
+    @property
+    def memory(self):
+        """The proportional set size, in MiB."""
+        rollup = Path(f"/proc/{self.process.pid}/smaps_rollup").read_text()
+        return int(re.search(r"^Pss: +(\d+)", rollup, re.MULTILINE)[1]) / 1024
+
+    @property
+    def processor_time(self):
+        """Seconds of processor time used so far."""
+        fields = Path(f"/proc/{self.process.pid}/stat").read_text().rpartition(")")[2].split()
+        return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
+    def end(self):
+        self.process.kill()
+        self.process.wait()
+
+
+def identifier():
+    return str(uuid.uuid4()).upper()
+
+
+def conversation(title, messages, lines=15, preview=0):
+    """A stored conversation of questions and replies in turn, as the program writes it."""
+    stored = []
+    for number in range(messages):
+        is_user = number % 2 == 0
+        message = {"id": identifier(), "isUser": is_user,
+                   "text": "¿Cómo sigue?" if is_user else "\n".join([REPLY_LINE] * lines)}
+        if preview and is_user:
+            message["imagePreviewData"] = base64.b64encode(os.urandom(preview)).decode()
+            message["attachmentName"] = "foto.jpg"
+        stored.append(message)
+    return {"id": identifier(), "title": title, "messages": stored}
+
+
+def home_with(conversations):
+    """A home folder whose store holds these conversations."""
+    home = Path(tempfile.mkdtemp(prefix="home-", dir=DESKTOP.folder))
+    (home / STORE).parent.mkdir(parents=True, mode=0o700)
+    with sqlite3.connect(home / STORE) as store:
+        store.execute("create table preferences(key text primary key, value)")
+        store.execute("insert into preferences values('aulora.conversations.v3', ?)",
+                      [json.dumps(conversations, ensure_ascii=False).encode()])
+    return home
+
+
+def six_megabytes():
+    return [conversation(f"Conversación {number}", 20, preview=20_000) for number in range(22)]
+
+
+class Report:
+    """The table of budgets, printed as it grows."""
+
+    def __init__(self):
+        self.missed = []
+        print(f"{'what':58} {'measured':>10} {'budget':>10}  {'floor':>10}")
+
+    def add(self, what, measured, budget, unit, floor=None):
+        held = measured <= budget
+        if not held:
+            self.missed.append(what)
+        print(f"{what:58} {measured:>8.4g}{unit:2} {budget:>8.4g}{unit:2}"
+              f"  {'' if floor is None else floor:>10}  {'' if held else 'OVER'}", flush=True)
+
+
+class Bench:
+    def __init__(self, folder, host, certificate, key):
+        self.program = Path(folder) / "aulora-ia"
+        self.empty = Path(folder) / "empty-window"
+        self.assistant = RecordingServer(int(host.rpartition(":")[2]), certificate, key)
+        self.screen = Screen(DESKTOP.environment["DISPLAY"])
+        self.report = Report()
+
+    def start_and_memory(self, renderer, name):
+        home = home_with(six_megabytes())
+        starts, memory = {self.program: [], self.empty: []}, {self.program: [], self.empty: []}
+        for _ in range(RUNS):
+            for executable in (self.empty, self.program):
+                run = Measured(executable, renderer, home)
+                starts[executable].append(run.frames()[0][0] - run.started)
+                run.settle()
+                memory[executable].append(run.memory)
+                run.end()
+        start, floor = (statistics.median(starts[x]) * 1000 for x in (self.program, self.empty))
+        self.report.add(f"cold start, 6 MB history, {name}: × an empty window", start / floor, 1.6,
+                        "", f"{floor:.0f} ms")
+        used, floor = (statistics.median(memory[x]) for x in (self.program, self.empty))
+        self.report.add(f"memory at rest, 6 MB history, {name}: × an empty window", used / floor,
+                        1.6, "", f"{floor:.0f} MiB")
+
+    def learn_places(self, home):
+        """Where on the screen things are, asked once through accessibility."""
+        program = Program(DESKTOP, self.program, home, {"QT_QUICK_BACKEND": "software"})
+        places = {"composer": program.composer.rectangle,
+                  "status": program.element("label", "En línea").rectangle,
+                  "rows": {row.name: row.center for row in program.elements("list item")}}
+        program.kill()
+        return places
+
+    def idle(self):
+        run = Measured(self.program, "software", home_with([]))
+        run.settle()
+        frames, used = len(run.frames()), run.processor_time
+        time.sleep(10)  # The length of the measurement itself.
+        self.report.add("idle for 10 s: frames", len(run.frames()) - frames, 0, "")
+        self.report.add("idle for 10 s: processor", run.processor_time - used, 0, "s")
+        run.end()
+
+    def ask(self, run, places):
+        """Asks something with the mouse and the keyboard; the request that comes of it."""
+        x, y, width, height = places["composer"]
+        self.screen.click(x + width // 2, y + height // 2)
+        self.screen.press("a")
+        self.screen.press("Return")
+        return self.assistant.next_request()
+
+    def status_is_busy(self, places, busy):
+        """A condition on the status chip's dot, and the rectangle to look at."""
+        x, y, _, height = places["status"]
+        dot = (x - 11, y + height // 2 - 1, 2, 2)
+        return (lambda pixels: (pixels[2] - pixels[0] > ORANGE_IS_RED_OVER_BLUE) == busy), dot
+
+    def stream(self, lines, rate=None):
+        """Streams a reply; what it cost. Lines a second, or as fast as they go."""
+        home = home_with([])
+        places = self.learn_places(home)
+        run = Measured(self.program, "software", home)
+        run.settle()
+        used, seen = run.processor_time, len(run.frames())
+        request = self.ask(run, places)
+        self.screen.wait_for(*self.status_is_busy(places, True), "the exchange to begin")
+        begin = time.monotonic()
+        request.begin()
+        if rate:
+            for number in range(lines):
+                request.write(REPLY_LINE + "\n")
+                time.sleep(max(0, begin + (number + 1) / rate - time.monotonic()))
+        else:
+            request.write((REPLY_LINE + "\n") * lines)
+        request.finish()
+        end = self.screen.wait_for(*self.status_is_busy(places, False), "the reply to end", 300)
+        run.settle()
+        used = run.processor_time - used
+        costs = [cost for _, cost in run.frames()[seen:]]
+        run.end()
+        return {"seconds": end - begin, "processor": used, "frames": costs}
+
+    def streaming(self):
+        steady = self.stream(2000, rate=200)
+        self.report.add("2,000 lines at 200 lines/s: processor", steady["processor"], 1.5, "s")
+        self.report.add("2,000 lines at 200 lines/s: frame, 95th percentile",
+                        percentile(steady["frames"], 0.95), 8, "ms")
+        fast = statistics.median(self.stream(2000)["seconds"] for _ in range(5)) * 1000
+        self.report.add("2,000 lines at once: first byte sent to painted", fast, 150, "ms")
+        ten, one = self.stream(10_000)["processor"], self.stream(1000)["processor"]
+        self.report.add("10,000 lines at once: × the processor time of 1,000", ten / one, 12, "",
+                        f"{one:.2f} s")
+
+    def opening(self):
+        for messages, budget in ((20, 20), (200, 90), (2000, 900)):
+            home = home_with([conversation("Vacía", 2, 1), conversation("Llena", messages)])
+            places = self.learn_places(home)
+            times = []
+            for _ in range(5):
+                run = Measured(self.program, "software", home)
+                run.settle()
+                x, y, width, _ = places["composer"]
+                # The middle of the pane, well below what two short messages reach.
+                pane = (x, y - 300, width, 60)
+                before = self.screen.pixels(*pane)
+                begin = self.screen.click(*places["rows"]["Llena"])
+                end = self.screen.wait_for(lambda pixels: pixels != before, pane, "the messages")
+                times.append((end - begin) * 1000)
+                run.end()
+            self.report.add(f"opening a conversation of {messages} messages",
+                            statistics.median(times), budget, "ms")
+
+    def typing(self):
+        home = home_with([conversation("Llena", 200)])
+        places = self.learn_places(home)
+        run = Measured(self.program, "software", home)
+        run.settle()
+        request = self.ask(run, places)
+        request.begin()
+        field, times = places["composer"], []
+        for number in range(400):
+            request.write(REPLY_LINE + "\n")
+            time.sleep(1 / 50)  # The pace of the reply and of a fast typist.
+            if number % 4 == 0:
+                # One letter at a time on an otherwise empty line: the caret cannot be mistaken
+                # for it, because it stands still while keys are pressed.
+                before = self.screen.pixels(*field)
+                begin = self.screen.press("w")
+                end = self.screen.wait_for(lambda pixels: pixels != before, field, "a letter")
+                times.append((end - begin) * 1000)
+        request.finish()
+        run.end()
+        self.report.add("key to painted letter while streaming, 95th percentile",
+                        percentile(times, 0.95), 16, "ms")
+
+    def run(self):
+        self.start_and_memory("software", "software renderer")
+        self.start_and_memory("", "OpenGL")
+        self.idle()
+        self.streaming()
+        self.opening()
+        self.typing()
+        if self.report.missed:
+            print(f"{len(self.report.missed)} over budget.")
+        return 0
+
+
+if __name__ == "__main__":
+    try:
+        sys.exit(Bench(*sys.argv[1:]).run())
+    finally:
+        DESKTOP.close()

@@ -1,0 +1,45 @@
+"""What the tests of the real window share: one desktop for each file of tests, and for each test a
+program with its own home folder and an assistant that the test plays."""
+
+import os
+import unittest
+from pathlib import Path
+
+from desktop import Desktop
+
+DESKTOP = Desktop()
+
+from aulora_driver import Program  # noqa: E402  (its bus has to be there first)
+from recording_server import RecordingServer  # noqa: E402
+
+unittest.addModuleCleanup(DESKTOP.close)
+
+
+class AuloraTestCase(unittest.TestCase):
+    """Reads from the environment what to run and where that program finds its assistant."""
+
+    executable = os.environ["AULORA_PROGRAM"]
+    host = os.environ["AULORA_SERVICE_HOST"]
+    certificate = os.environ["AULORA_CERTIFICATE"]
+    key = os.environ["AULORA_KEY"]
+    pictures = Path(os.environ["AULORA_PICTURES"])
+
+    def setUp(self):
+        self.desktop = DESKTOP
+        self.assistant = RecordingServer(int(self.host.rpartition(":")[2]), self.certificate,
+                                         self.key)
+        self.addCleanup(self.assistant.close)
+
+    def start(self, home=None, **environment):
+        """Starts the program and waits for its window; it ends with the test at the latest."""
+        program = Program(self.desktop, self.executable, home, environment)
+        self.addCleanup(self._end, program)
+        program.window
+        return program
+
+    def _end(self, program):
+        if program.process.poll() is None:
+            if not self._outcome.success:
+                program.picture(self.pictures / f"{self.id()}.png")
+            program.kill()
+        self.assertEqual(program.output, "", "the program has nothing to say")

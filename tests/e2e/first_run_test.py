@@ -1,0 +1,83 @@
+"""From the first start to a stored answer, and what the next starts make of it."""
+
+import unittest
+
+from aulora_test_case import AuloraTestCase
+
+
+class FirstRunTest(AuloraTestCase):
+    def test_starts_with_one_empty_conversation(self):
+        program = self.start()
+        self.assertEqual(program.conversations(), [("Nueva conversación", "0 mensajes", True)])
+        self.assertEqual(program.composer.text, "")
+        program.wait_for_status("En línea")
+
+    def test_question_gets_its_streamed_answer(self):
+        program = self.start()
+        program.ask("¿Qué es la mitosis?")
+        request = self.assistant.next_request()
+        program.wait_for_status("Procesando")
+        program.wait_for_messages("¿Qué es la mitosis?")
+
+        request.begin()
+        request.write("La división de una célula\n\n")
+        program.wait_for_messages("¿Qué es la mitosis?", "La división de una célula")
+        request.write("en dos células hijas.\n")
+        program.wait_for_messages("¿Qué es la mitosis?",
+                                  "La división de una célula\nen dos células hijas.")
+        request.finish()
+        program.wait_for_status("En línea")
+
+        self.assertEqual((request.method, request.path), ("POST", "/api/chat"))
+        self.assertEqual(request.headers["content-type"], "application/json")
+        self.assertEqual(set(request.json), {"message", "userId"})
+        self.assertEqual(request.json["message"], "¿Qué es la mitosis?")
+        self.assertRegex(request.json["userId"],
+                         r"^aulora-[0-9A-F]{8}(-[0-9A-F]{4}){3}-[0-9A-F]{12}$")
+        self.assertEqual(len(self.assistant.seen), 1)
+
+    def test_button_sends_too(self):
+        program = self.start()
+        program.write("hola")
+        program.button("Enviar").press()
+        self.assistant.next_request().answer("Buenas.\n")
+        program.wait_for_messages("hola", "Buenas.")
+
+    def test_restart_keeps_everything(self):
+        program = self.start()
+        program.ask("uno")
+        request = self.assistant.next_request()
+        request.answer("respuesta\n")
+        program.wait_for_status("En línea")
+        program.wait_for_messages("uno", "respuesta")
+        self.assertEqual(program.quit(), 0)
+
+        again = self.start(program.home)
+        again.wait_for_messages("uno", "respuesta")
+        self.assertEqual(again.conversations(), [("uno", "2 mensajes", True)])
+        again.ask("dos")
+        self.assertEqual(self.assistant.next_request().json["userId"], request.json["userId"])
+
+    def test_store_holds_typed_values(self):
+        program = self.start()
+        program.ask("uno")
+        self.assistant.next_request().answer("respuesta\n")
+        program.wait_for_messages("uno", "respuesta")
+        self.assertEqual(program.quit(), 0)
+        self.assertEqual(
+            dict(program.store("select key, typeof(value) from preferences")),
+            {"aulora.conversations.v3": "blob", "aulora.installation.userId": "text"})
+        store = program.home / ".local/share/aulora-ia/preferences.sqlite"
+        self.assertEqual(store.stat().st_mode & 0o777, 0o600)
+        self.assertEqual(store.parent.stat().st_mode & 0o777, 0o700)
+
+    def test_second_launch_raises_the_first_window(self):
+        program = self.start()
+        second = program.launch()
+        self.assertEqual(second.wait(20), 0)
+        self.assertEqual(len(self.desktop.windows("Aulora IA")), 1)
+        self.assertIsNone(program.process.poll())
+
+
+if __name__ == "__main__":
+    unittest.main()
