@@ -1,0 +1,299 @@
+#include "ChatServer.h"
+
+#include "ChatEndpoint.h"
+#include "RequestLog.h"
+
+#include <QFile>
+
+#include <condition_variable>
+#include <future>
+#include <httplib.h>
+#include <mutex>
+#include <thread>
+
+using namespace Qt::StringLiterals;
+using Clock = std::chrono::steady_clock;
+
+// 64 clients are served at once while three times as many say nothing: a connection that stays
+// silent holds its thread for `silenceLimit`.
+static constexpr size_t connectionThreads = 256;
+static constexpr auto silenceLimit = std::chrono::seconds(5);
+static constexpr int waitingConnections = 256;
+// A refused body is read to its end all the same, so that the refusal is not lost in a reset
+// connection; past this it is.
+static constexpr qint64 mostDiscarded = 2 * ChatEndpoint::largestBody;
+static constexpr auto plainText = "text/plain; charset=utf-8";
+
+// A connection is served by one thread from its first byte to its last, so the request that a
+// thread is at can be kept in the thread.
+struct Exchange
+{
+    Clock::time_point begin;
+    qint64 bytesSent = 0;
+};
+static thread_local std::optional<Exchange> exchange;
+
+// Says once to every waiting thread that the service ends.
+class Closing
+{
+public:
+    void announce()
+    {
+        {
+            const std::scoped_lock lock(m_mutex);
+            m_isAnnounced = true;
+        }
+        m_condition.notify_all();
+    }
+
+    // Sleeps until `time`; false as soon as the service ends.
+    bool sleepUntil(Clock::time_point time)
+    {
+        std::unique_lock lock(m_mutex);
+        return !m_condition.wait_until(lock, time, [this] { return m_isAnnounced; });
+    }
+
+private:
+    std::mutex m_mutex;
+    std::condition_variable m_condition;
+    bool m_isAnnounced = false;
+};
+
+struct ChatServer::Engine
+{
+    Engine(ServiceOptions requested, ChatEndpoint &chatEndpoint, RequestLog &requestLog);
+
+    void setUp();
+    void respond(const httplib::Request &request, httplib::Response &response,
+                 const IncomingRequest &incoming);
+    void stream(const Answer &answer, httplib::Response &response);
+    void writeLog(const httplib::Request &request, const httplib::Response &response);
+
+    ServiceOptions options;
+    ChatEndpoint &endpoint;
+    RequestLog &log;
+    httplib::SSLServer server;
+    int listeningSocket = -1;
+    int port = 0;
+    Closing closing;
+    std::future<bool> serving;
+};
+
+static std::string localPath(const QString &path)
+{
+    return QFile::encodeName(path).toStdString();
+}
+
+static IncomingRequest envelope(const httplib::Request &request)
+{
+    IncomingRequest incoming;
+    incoming.method = QString::fromStdString(request.method);
+    incoming.path = QString::fromStdString(request.path);
+    incoming.contentType = QString::fromStdString(request.get_header_value("Content-Type"));
+    incoming.contentEncoding = QString::fromStdString(request.get_header_value("Content-Encoding"));
+    return incoming;
+}
+
+static IncomingRequest withBody(const httplib::Request &request,
+                                const httplib::ContentReader &reader)
+{
+    IncomingRequest incoming = envelope(request);
+    qint64 length = 0;
+    const auto receive = [&](const char *data, size_t count) {
+        length += static_cast<qint64>(count);
+        if (length <= ChatEndpoint::largestBody)
+            incoming.body.append(data, static_cast<qsizetype>(count));
+        else
+            incoming.body.clear();
+        return length <= mostDiscarded;
+    };
+    const bool isWhole = request.is_multipart_form_data()
+        ? reader([](const httplib::MultipartFormData &) { return true; }, receive)
+        : reader(receive);
+    if (length > ChatEndpoint::largestBody)
+        incoming.bodyState = BodyState::TooLarge;
+    else if (!isWhole)
+        incoming.bodyState = BodyState::Broken;
+    return incoming;
+}
+
+static void refuse(const Refusal &refusal, httplib::Response &response)
+{
+    response.status = refusal.status;
+    if (refusal.status == 405)
+        response.set_header("Allow", "POST");
+    response.set_content(refusal.reason.toStdString() + '\n', plainText);
+}
+
+// For what the library turns down before any handler sees it.
+static QString libraryReason(int status)
+{
+    switch (status) {
+    case 404:
+        return u"Esa dirección no existe."_s;
+    case 414:
+        return u"La dirección es demasiado larga."_s;
+    case 416:
+        return u"No se admiten pedidos parciales."_s;
+    case 500:
+        return u"Algo falló al responder."_s;
+    default:
+        return u"El pedido no es HTTP válido."_s;
+    }
+}
+
+ChatServer::Engine::Engine(ServiceOptions requested, ChatEndpoint &chatEndpoint,
+                           RequestLog &requestLog)
+    : options(std::move(requested))
+    , endpoint(chatEndpoint)
+    , log(requestLog)
+    , server(localPath(options.certificateFile).c_str(), localPath(options.keyFile).c_str())
+{ }
+
+void ChatServer::Engine::setUp()
+{
+    SSL_CTX_set_min_proto_version(server.ssl_context(), TLS1_2_VERSION);
+    server.new_task_queue = [] { return new httplib::ThreadPool(connectionThreads); };
+    // One request a connection: an idle one would hold its thread and delay the end.
+    server.set_keep_alive_max_count(1);
+    server.set_read_timeout(silenceLimit);
+    server.set_write_timeout(silenceLimit);
+    server.set_tcp_nodelay(true);
+    // The library would share the port with a second instance.
+    server.set_socket_options([this](int socket) {
+        const int yes = 1;
+        setsockopt(socket, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
+        listeningSocket = socket;
+    });
+
+    const auto bare = [this](const auto &request, auto &response) {
+        respond(request, response, envelope(request));
+    };
+    const auto reading = [this](const auto &request, auto &response, const auto &reader) {
+        respond(request, response, withBody(request, reader));
+    };
+    server.set_pre_routing_handler([bare](const auto &request, auto &response) {
+        exchange = {Clock::now(), 0};
+        const bool isRouted
+            = request.method != "CONNECT" && request.method != "TRACE" && request.method != "PRI";
+        if (!isRouted)
+            bare(request, response);
+        return isRouted ? httplib::Server::HandlerResponse::Unhandled
+                        : httplib::Server::HandlerResponse::Handled;
+    });
+    const std::string anyPath = "[^]*";
+    server.Get(anyPath, bare);
+    server.Options(anyPath, bare);
+    server.Post(anyPath, reading);
+    server.Put(anyPath, reading);
+    server.Patch(anyPath, reading);
+    server.Delete(anyPath, reading);
+    server.set_error_handler([](const auto &, auto &response) {
+        if (response.body.empty())
+            refuse({response.status, libraryReason(response.status)}, response);
+    });
+    server.set_logger(
+        [this](const auto &request, const auto &response) { writeLog(request, response); });
+}
+
+void ChatServer::Engine::respond(const httplib::Request &request, httplib::Response &response,
+                                 const IncomingRequest &incoming)
+{
+    const auto outcome = endpoint.respond(incoming);
+    if (const auto *refusal = std::get_if<Refusal>(&outcome)) {
+        refuse(*refusal, response);
+        return;
+    }
+    // The library would compress the answer, and hold back lines until a block is full.
+    const_cast<httplib::Request &>(request).headers.erase("Accept-Encoding");
+    stream(std::get<Answer>(outcome), response);
+}
+
+void ChatServer::Engine::stream(const Answer &answer, httplib::Response &response)
+{
+    const auto interval = std::chrono::duration_cast<Clock::duration>(
+        std::chrono::duration<double>(options.linesPerSecond > 0 ? 1 / options.linesPerSecond : 0));
+    response.status = 200;
+    response.set_chunked_content_provider(
+        plainText,
+        [this, interval, lines = answer.lines, next = qsizetype{0},
+         due = Clock::now()](size_t, httplib::DataSink &sink) mutable {
+            if (next == lines.size()) {
+                sink.done();
+                return true;
+            }
+            if (!closing.sleepUntil(due))
+                return false;
+            due += interval;
+            const QByteArray line = lines[next++].toUtf8() + '\n';
+            exchange->bytesSent += line.size();
+            return sink.write(line.constData(), static_cast<size_t>(line.size()));
+        });
+}
+
+void ChatServer::Engine::writeLog(const httplib::Request &request,
+                                  const httplib::Response &response)
+{
+    const Exchange ended = exchange.value_or(Exchange{Clock::now(), 0});
+    exchange.reset();
+    const bool hasBody = request.method != "HEAD";
+    log.write({QString::fromStdString(request.method), QString::fromStdString(request.path),
+               response.status,
+               ended.bytesSent + (hasBody ? static_cast<qint64>(response.body.size()) : 0),
+               std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - ended.begin)});
+}
+
+ChatServer::ChatServer(ServiceOptions options, ChatEndpoint &endpoint, RequestLog &log)
+    : m_engine(std::make_unique<Engine>(std::move(options), endpoint, log))
+{ }
+
+ChatServer::~ChatServer()
+{
+    stop(std::chrono::hours(1));
+}
+
+std::optional<QString> ChatServer::start()
+{
+    Engine &engine = *m_engine;
+    if (!engine.server.is_valid())
+        return u"No pude usar el certificado o su clave."_s;
+    engine.setUp();
+
+    const std::string host = engine.options.host.toStdString();
+    const int port = engine.options.port;
+    engine.port = port == 0                      ? engine.server.bind_to_any_port(host)
+        : engine.server.bind_to_port(host, port) ? port
+                                                 : -1;
+    if (engine.port < 0) {
+        return u"No pude escuchar en %1, puerto %2. ¿Está en uso?"_s.arg(engine.options.host)
+            .arg(port);
+    }
+    // The library asks for a queue of 5, too short for 64 clients that arrive together.
+    ::listen(engine.listeningSocket, waitingConnections);
+
+    engine.serving
+        = std::async(std::launch::async, [&engine] { return engine.server.listen_after_bind(); });
+    // A stop before the first accept would go unheard.
+    while (!engine.server.is_running())
+        std::this_thread::yield();
+    return std::nullopt;
+}
+
+QString ChatServer::url() const
+{
+    const QString &host = m_engine->options.host;
+    const bool isLoopback = host == "127.0.0.1"_L1 || host == "::1"_L1 || host == "localhost"_L1;
+    const QString name = isLoopback ? u"localhost"_s
+        : host.contains(u':')       ? u'[' + host + u']'
+                                    : host;
+    return u"https://%1:%2/api/chat"_s.arg(name).arg(m_engine->port);
+}
+
+bool ChatServer::stop(std::chrono::milliseconds grace)
+{
+    if (!m_engine->serving.valid())
+        return true;
+    m_engine->closing.announce();
+    m_engine->server.stop();
+    return m_engine->serving.wait_for(grace) == std::future_status::ready;
+}

@@ -1,0 +1,38 @@
+#pragma once
+
+#include <QString>
+#include <QtGlobal>
+
+#include <chrono>
+#include <cstdio>
+#include <mutex>
+
+/// What is worth writing down of one exchange. Nothing of what was asked or answered.
+struct RequestLogEntry
+{
+    QString method;
+    QString path;
+    int status = 0;
+    /// Of the answer's body.
+    qint64 bytes = 0;
+    std::chrono::milliseconds duration{};
+};
+
+/// One line a request: the time (UTC), method, path, status, bytes and milliseconds. Safe to use
+/// from many threads.
+class RequestLog
+{
+public:
+    /// `output` is borrowed and outlives this object.
+    explicit RequestLog(std::FILE *output);
+
+    void write(const RequestLogEntry &entry);
+
+private:
+    std::mutex m_mutex;
+    std::FILE *m_output;
+};
+
+/// The part of a log line after the time. Of the path only printable ASCII shows, the rest
+/// percent-encoded, at most 120 characters.
+QByteArray requestLogText(const RequestLogEntry &entry);
