@@ -1,0 +1,572 @@
+#include "ContentView.h"
+
+#include "ConversationCoding.h"
+#include "HistoryStore.h"
+#include "MemoryPreferenceBackend.h"
+#include "PreferenceStore.h"
+#include "Preferences.h"
+#include "UuidText.h"
+
+#include <QElapsedTimer>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <memory>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+/// A main screen on a preference store of its own.
+struct Screen
+{
+    PreferenceStore store{
+        std::make_unique<MemoryPreferenceBackend>(std::make_shared<PreferenceMemory>())};
+    Preferences preferences{&store};
+    HistoryStore history{&store};
+    ContentView view{&preferences, &history};
+    /// Keys written or removed, in order; the history key once per save.
+    QSignalSpy writes{&store, &PreferenceStore::changed};
+
+    qsizetype saves() const
+    {
+        return std::count_if(writes.cbegin(), writes.cend(), [](const QList<QVariant> &write) {
+            return write.constFirst().toString() == HistoryStore::historyKey;
+        });
+    }
+    const QList<Conversation> &conversations() { return view.conversations()->conversations(); }
+    QUuid selected() const { return view.selectedConversationID().value_or(QUuid()); }
+    QList<Conversation> stored() const
+    {
+        const auto document = store.data(HistoryStore::historyKey);
+        if (!document)
+            return {};
+        const auto decoded = decodeConversations(*document);
+        const auto *list = std::get_if<QList<Conversation>>(&decoded);
+        return list ? *list : QList<Conversation>();
+    }
+    void attachImage() { view.setSelectedImage("bytes", u"foto.png"_s, u"image/png"_s); }
+};
+
+ChatMessage message(const QString &text, bool isUser = true)
+{
+    return {.id = QUuid::createUuid(),
+            .text = text,
+            .isUser = isUser,
+            .attachmentName = std::nullopt,
+            .imagePreviewData = std::nullopt};
+}
+
+Conversation conversation(const QString &title, const QList<ChatMessage> &messages = {})
+{
+    return {.id = QUuid::createUuid(), .title = title, .messages = messages};
+}
+
+} // namespace
+
+class ContentViewTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void beginsWithInitialValues();
+    void firstRunMakesOneConversation();
+    void emptyStoredArrayCountsAsMissing();
+    void loadsAndSelectsTheFirst();
+    void loadingAStoredListSavesNothing();
+    void newConversationTwiceMakesOne();
+    void reusesAnUntouchedConversationWhereItStands();
+    void titledOrUsedConversationsAreNotReused();
+    void newConversationEmptiesTheComposer();
+    void selectingEmptiesTheComposerAndSavesNothing();
+    void selectingAnUnknownConversationShowsNothing();
+    void requestsToClear();
+    void settingsCloseBeforeTheAlertIsPresented();
+    void clearsTheHistory();
+    void appendsToTheSelectedConversationAndSaves();
+    void appendWithoutSelectionIsDropped();
+    void titles_data();
+    void titles();
+    void titlesOnlyOnce();
+    void appendsPiecesByIDWithoutSaving();
+    void piecesForWhatIsGoneAreDropped();
+    void trimsWithoutSaving();
+    void noticeEndsLoadingAndSaves();
+    void replyHasStarted();
+    void turningImageAnalysisOffDropsThePendingImage();
+    void preferencesAreSharedWithTheStore();
+    void textScaleFollowsTheTextSize_data();
+    void textScaleFollowsTheTextSize();
+    void imageErrorIsDismissed();
+    void viewerOpensAndCloses();
+    void unnamedImageIsCalledImagen();
+};
+
+void ContentViewTest::beginsWithInitialValues()
+{
+    Screen screen;
+    const ContentView &view = screen.view;
+    QCOMPARE(view.messageText(), u""_s);
+    QVERIFY(!view.isLoading());
+    QVERIFY(screen.conversations().isEmpty());
+    QVERIFY(!view.selectedConversationID());
+    QVERIFY(!view.showClearHistoryConfirmation());
+    QVERIFY(!view.showSettings());
+    QVERIFY(!view.showImageImporter());
+    QVERIFY(!view.selectedImageData());
+    QVERIFY(!view.selectedImageName());
+    QVERIFY(!view.selectedImageMimeType());
+    QVERIFY(!view.imageImportError());
+    QVERIFY(!view.isDropTargeted());
+    QVERIFY(!view.enlargedImageData());
+    QVERIFY(!view.showImageViewer());
+    QCOMPARE(view.appearanceRawValue(), u"system"_s);
+    QCOMPARE(view.textSizeRawValue(), u"standard"_s);
+    QVERIFY(view.imageAnalysisEnabled());
+    QVERIFY(view.showImagePreviews());
+    QVERIFY(!view.replyHasStarted());
+    QCOMPARE(screen.view.currentMessages()->count(), 0);
+    QCOMPARE(screen.writes.count(), 0);
+}
+
+void ContentViewTest::firstRunMakesOneConversation()
+{
+    Screen screen;
+    screen.view.loadHistory();
+    QCOMPARE(screen.conversations().size(), 1);
+    QCOMPARE(screen.conversations().at(0).title, u"Nueva conversación"_s);
+    QVERIFY(screen.conversations().at(0).messages.isEmpty());
+    QCOMPARE(screen.selected(), screen.conversations().at(0).id);
+    QCOMPARE(screen.stored(), screen.conversations());
+}
+
+void ContentViewTest::emptyStoredArrayCountsAsMissing()
+{
+    Screen screen;
+    screen.store.setData(HistoryStore::historyKey, [] { return QByteArray("[]"); });
+    screen.view.loadHistory();
+    QCOMPARE(screen.conversations().size(), 1);
+    QCOMPARE(screen.stored(), screen.conversations());
+}
+
+void ContentViewTest::loadsAndSelectsTheFirst()
+{
+    Screen screen;
+    const QList<Conversation> stored{conversation(u"Uno"_s, {message(u"a"_s)}),
+                                     conversation(u"Dos"_s)};
+    screen.store.setData(HistoryStore::historyKey,
+                         [stored] { return encodeConversations(stored); });
+    screen.view.loadHistory();
+    QCOMPARE(screen.conversations(), stored);
+    QCOMPARE(screen.selected(), stored.at(0).id);
+    QCOMPARE(screen.view.currentMessages()->messages(), stored.at(0).messages);
+}
+
+void ContentViewTest::loadingAStoredListSavesNothing()
+{
+    Screen screen;
+    const QList<Conversation> stored{conversation(u"Uno"_s)};
+    screen.store.setData(HistoryStore::historyKey,
+                         [stored] { return encodeConversations(stored); });
+    screen.writes.clear();
+    screen.view.loadHistory();
+    QCOMPARE(screen.saves(), 0);
+}
+
+void ContentViewTest::newConversationTwiceMakesOne()
+{
+    Screen screen;
+    screen.view.loadHistory();
+    screen.view.appendMessage(message(u"hola"_s));
+    screen.writes.clear();
+
+    screen.view.startNewConversation();
+    QCOMPARE(screen.conversations().size(), 2);
+    QCOMPARE(screen.saves(), 1);
+    const QUuid fresh = screen.conversations().at(0).id;
+    QCOMPARE(screen.selected(), fresh);
+
+    screen.view.startNewConversation();
+    QCOMPARE(screen.conversations().size(), 2);
+    QCOMPARE(screen.saves(), 1);
+    QCOMPARE(screen.selected(), fresh);
+}
+
+void ContentViewTest::reusesAnUntouchedConversationWhereItStands()
+{
+    Screen screen;
+    const QList<Conversation> stored{conversation(u"Uno"_s, {message(u"a"_s)}),
+                                     conversation(defaultConversationTitle)};
+    screen.store.setData(HistoryStore::historyKey,
+                         [stored] { return encodeConversations(stored); });
+    screen.view.loadHistory();
+    screen.view.startNewConversation();
+    QCOMPARE(screen.conversations(), stored);
+    QCOMPARE(screen.selected(), stored.at(1).id);
+}
+
+void ContentViewTest::titledOrUsedConversationsAreNotReused()
+{
+    Screen screen;
+    const QList<Conversation> stored{conversation(u"Titulada"_s),
+                                     conversation(defaultConversationTitle, {message(u"a"_s)})};
+    screen.store.setData(HistoryStore::historyKey,
+                         [stored] { return encodeConversations(stored); });
+    screen.view.loadHistory();
+    screen.view.startNewConversation();
+    QCOMPARE(screen.conversations().size(), 3);
+    QCOMPARE(screen.conversations().at(0).title, defaultConversationTitle);
+    QCOMPARE(screen.selected(), screen.conversations().at(0).id);
+}
+
+void ContentViewTest::newConversationEmptiesTheComposer()
+{
+    Screen screen;
+    screen.view.loadHistory();
+    for (const bool reused : {true, false}) {
+        if (!reused)
+            screen.view.appendMessage(message(u"hola"_s));
+        screen.view.setMessageText(u"borrador"_s);
+        screen.attachImage();
+        screen.view.startNewConversation();
+        QCOMPARE(screen.view.messageText(), u""_s);
+        QVERIFY(!screen.view.selectedImageData());
+        QVERIFY(!screen.view.selectedImageName());
+        QVERIFY(!screen.view.selectedImageMimeType());
+    }
+}
+
+void ContentViewTest::selectingEmptiesTheComposerAndSavesNothing()
+{
+    Screen screen;
+    screen.view.loadHistory();
+    screen.writes.clear();
+    screen.view.setMessageText(u"borrador"_s);
+    screen.attachImage();
+    screen.view.selectConversation(screen.selected());
+    QCOMPARE(screen.view.messageText(), u""_s);
+    QVERIFY(!screen.view.selectedImageData());
+    QVERIFY(!screen.view.selectedImageName());
+    QVERIFY(!screen.view.selectedImageMimeType());
+    QCOMPARE(screen.saves(), 0);
+}
+
+void ContentViewTest::selectingAnUnknownConversationShowsNothing()
+{
+    Screen screen;
+    screen.view.loadHistory();
+    screen.view.appendMessage(message(u"hola"_s));
+    const QUuid unknown = QUuid::createUuid();
+    screen.view.selectConversation(unknown);
+    QCOMPARE(screen.selected(), unknown);
+    QCOMPARE(screen.view.currentMessages()->count(), 0);
+    screen.view.appendMessage(message(u"perdido"_s));
+    screen.view.updateTitle(u"perdido"_s);
+    QCOMPARE(screen.conversations().at(0).messages.size(), 1);
+    QCOMPARE(screen.conversations().at(0).title, defaultConversationTitle);
+}
+
+void ContentViewTest::requestsToClear()
+{
+    Screen screen;
+    screen.view.requestClearHistory();
+    QVERIFY(screen.view.showClearHistoryConfirmation());
+}
+
+void ContentViewTest::settingsCloseBeforeTheAlertIsPresented()
+{
+    Screen screen;
+    screen.view.loadHistory();
+    const QList<Conversation> before = screen.conversations();
+    screen.view.setShowSettings(true);
+    QSignalSpy presented(&screen.view, &ContentView::showClearHistoryConfirmationChanged);
+    QElapsedTimer sinceRequest;
+    sinceRequest.start();
+    screen.view.requestClearHistoryFromSettings();
+    QVERIFY(!screen.view.showSettings());
+    QVERIFY(!screen.view.showClearHistoryConfirmation());
+    QVERIFY(presented.wait());
+    QVERIFY(sinceRequest.elapsed() >= 200);
+    QVERIFY(screen.view.showClearHistoryConfirmation());
+    screen.view.setShowClearHistoryConfirmation(false);
+    QCOMPARE(screen.conversations(), before);
+}
+
+void ContentViewTest::clearsTheHistory()
+{
+    Screen screen;
+    screen.view.loadHistory();
+    screen.view.appendMessage(message(u"hola"_s));
+    screen.view.startNewConversation();
+    screen.view.setMessageText(u"borrador"_s);
+    screen.attachImage();
+    const QUuid previous = screen.selected();
+
+    std::optional<bool> keyWasRemovedFirst;
+    connect(&screen.store, &PreferenceStore::changed, &screen.view, [&](const QString &key) {
+        if (key == HistoryStore::historyKey && !keyWasRemovedFirst)
+            keyWasRemovedFirst = !screen.store.data(key).has_value();
+    });
+    screen.view.clearHistory();
+    QCOMPARE(keyWasRemovedFirst, std::optional(true));
+    QCOMPARE(screen.conversations().size(), 1);
+    QCOMPARE(screen.conversations().at(0).title, defaultConversationTitle);
+    QVERIFY(screen.conversations().at(0).messages.isEmpty());
+    QVERIFY(screen.selected() != previous);
+    QCOMPARE(screen.selected(), screen.conversations().at(0).id);
+    QCOMPARE(screen.view.messageText(), u""_s);
+    QVERIFY(!screen.view.selectedImageData());
+    QCOMPARE(screen.stored(), screen.conversations());
+}
+
+void ContentViewTest::appendsToTheSelectedConversationAndSaves()
+{
+    Screen screen;
+    screen.view.loadHistory();
+    screen.writes.clear();
+    const ChatMessage first = message(u"uno"_s);
+    const ChatMessage second = message(u"dos"_s, false);
+    screen.view.appendMessage(first);
+    screen.view.appendMessage(second);
+    QCOMPARE(screen.view.currentMessages()->messages(), (QList{first, second}));
+    QCOMPARE(screen.saves(), 2);
+    QCOMPARE(screen.stored(), screen.conversations());
+}
+
+void ContentViewTest::appendWithoutSelectionIsDropped()
+{
+    Screen screen;
+    screen.view.appendMessage(message(u"hola"_s));
+    screen.view.updateTitle(u"hola"_s);
+    QVERIFY(screen.conversations().isEmpty());
+    QCOMPARE(screen.saves(), 0);
+}
+
+void ContentViewTest::titles_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<QString>("title");
+
+    const QString thirtyFour = u"abcdefghijklmnopqrstuvwxyzabcdefgh"_s;
+    const QString family = u"👨‍👩‍👧‍👦"_s;
+    const QString accented = u"e\u0301\u0323"_s;
+
+    QTest::newRow("short") << u"¿Qué es la célula?"_s << u"¿Qué es la célula?"_s;
+    QTest::newRow("34") << thirtyFour << thirtyFour;
+    QTest::newRow("35") << thirtyFour + u'i' << thirtyFour + u'…';
+    QTest::newRow("200") << u"x"_s.repeated(200) << u"x"_s.repeated(34) + u'…';
+    QTest::newRow("two lines") << u"uno\ndos"_s << u"uno dos"_s;
+    QTest::newRow("every line feed") << u"a\n\nb\nc"_s << u"a  b c"_s;
+    QTest::newRow("carriage return stays") << u"a\rb"_s << u"a\rb"_s;
+    QTest::newRow("34 families") << family.repeated(34) << family.repeated(34);
+    QTest::newRow("35 families") << family.repeated(35) << family.repeated(34) + u'…';
+    QTest::newRow("34 with combining marks") << accented.repeated(34) << accented.repeated(34);
+    QTest::newRow("35 with combining marks")
+        << accented.repeated(35) << accented.repeated(34) + u'…';
+    QTest::newRow("empty") << u""_s << u""_s;
+}
+
+void ContentViewTest::titles()
+{
+    QFETCH(QString, text);
+    QFETCH(QString, title);
+    Screen screen;
+    screen.view.loadHistory();
+    screen.writes.clear();
+    screen.view.updateTitle(text);
+    QCOMPARE(screen.conversations().at(0).title, title);
+    QCOMPARE(screen.saves(), 1);
+    QCOMPARE(screen.stored(), screen.conversations());
+}
+
+void ContentViewTest::titlesOnlyOnce()
+{
+    Screen screen;
+    screen.view.loadHistory();
+    screen.view.updateTitle(u"Primera"_s);
+    screen.writes.clear();
+    screen.view.updateTitle(u"Segunda"_s);
+    QCOMPARE(screen.conversations().at(0).title, u"Primera"_s);
+    QCOMPARE(screen.saves(), 0);
+}
+
+void ContentViewTest::appendsPiecesByIDWithoutSaving()
+{
+    Screen screen;
+    screen.view.loadHistory();
+    const ChatMessage reply = message(u""_s, false);
+    screen.view.appendMessage(reply);
+    const QUuid home = screen.selected();
+    screen.view.startNewConversation();
+    screen.writes.clear();
+    screen.view.appendChunk(u"línea\n"_s, reply.id, home);
+    screen.view.appendChunk(u"otra\n"_s, reply.id, home);
+    QCOMPARE(screen.conversations().at(1).messages.at(0).text, u"línea\notra\n"_s);
+    QCOMPARE(screen.view.currentMessages()->count(), 0);
+    QCOMPARE(screen.saves(), 0);
+}
+
+void ContentViewTest::piecesForWhatIsGoneAreDropped()
+{
+    Screen screen;
+    screen.view.loadHistory();
+    const ChatMessage reply = message(u"ya"_s, false);
+    screen.view.appendMessage(reply);
+    const QUuid home = screen.selected();
+    screen.view.appendChunk(u"x"_s, QUuid::createUuid(), home);
+    screen.view.trimMessage(QUuid::createUuid(), home);
+    QCOMPARE(screen.conversations().at(0).messages.at(0).text, u"ya"_s);
+
+    screen.view.clearHistory();
+    const QList<Conversation> cleared = screen.conversations();
+    screen.view.appendChunk(u"x"_s, reply.id, home);
+    screen.view.trimMessage(reply.id, home);
+    QCOMPARE(screen.conversations(), cleared);
+}
+
+void ContentViewTest::trimsWithoutSaving()
+{
+    Screen screen;
+    screen.view.loadHistory();
+    const ChatMessage reply = message(u" \t\n\u2028\u0085\u00a0uno\n dos\n\u3000\n"_s, false);
+    screen.view.appendMessage(reply);
+    screen.writes.clear();
+    screen.view.trimMessage(reply.id, screen.selected());
+    QCOMPARE(screen.conversations().at(0).messages.at(0).text, u"uno\n dos"_s);
+    QCOMPARE(screen.saves(), 0);
+}
+
+void ContentViewTest::noticeEndsLoadingAndSaves()
+{
+    Screen screen;
+    screen.view.loadHistory();
+    screen.view.setLoading(true);
+    screen.writes.clear();
+    screen.view.appendAssistantNotice(u"No pude preparar la consulta."_s);
+    QVERIFY(!screen.view.isLoading());
+    const ChatMessage notice = screen.conversations().at(0).messages.constLast();
+    QCOMPARE(notice.text, u"No pude preparar la consulta."_s);
+    QVERIFY(!notice.isUser);
+    QVERIFY(!notice.attachmentName);
+    QVERIFY(!notice.imagePreviewData);
+    QVERIFY(!notice.id.isNull());
+    QCOMPARE(screen.saves(), 1);
+}
+
+void ContentViewTest::replyHasStarted()
+{
+    Screen screen;
+    screen.view.loadHistory();
+    QSignalSpy told(&screen.view, &ContentView::replyHasStartedChanged);
+    screen.view.setLoading(true);
+    QVERIFY(!screen.view.replyHasStarted());
+    screen.view.appendMessage(message(u"pregunta"_s));
+    QVERIFY(!screen.view.replyHasStarted());
+    screen.view.appendMessage(message(u""_s, false));
+    QVERIFY(screen.view.replyHasStarted());
+    QCOMPARE(told.count(), 1);
+    screen.view.setLoading(false);
+    QVERIFY(!screen.view.replyHasStarted());
+    QCOMPARE(told.count(), 2);
+}
+
+void ContentViewTest::turningImageAnalysisOffDropsThePendingImage()
+{
+    Screen screen;
+    screen.attachImage();
+    screen.view.setImageAnalysisEnabled(false);
+    QVERIFY(!screen.view.selectedImageData());
+    QVERIFY(!screen.view.selectedImageName());
+    QVERIFY(!screen.view.selectedImageMimeType());
+    screen.view.setImageAnalysisEnabled(true);
+    QVERIFY(!screen.view.selectedImageData());
+
+    screen.attachImage();
+    screen.view.setImageAnalysisEnabled(true);
+    QVERIFY(screen.view.selectedImageData());
+}
+
+void ContentViewTest::preferencesAreSharedWithTheStore()
+{
+    Screen screen;
+    ContentView &view = screen.view;
+    QSignalSpy appearance(&view, &ContentView::appearanceRawValueChanged);
+    QSignalSpy textSize(&view, &ContentView::textSizeRawValueChanged);
+    QSignalSpy analysis(&view, &ContentView::imageAnalysisEnabledChanged);
+    QSignalSpy previews(&view, &ContentView::showImagePreviewsChanged);
+
+    view.setAppearanceRawValue(u"dark"_s);
+    QCOMPARE(screen.store.string(u"aulora.settings.appearance"_s), u"dark"_s);
+    view.setTextSizeRawValue(u"large"_s);
+    QCOMPARE(screen.store.string(u"aulora.settings.textSize"_s), u"large"_s);
+    view.setImageAnalysisEnabled(false);
+    QCOMPARE(screen.store.boolean(u"aulora.settings.imageAnalysis"_s), false);
+    view.setShowImagePreviews(false);
+    QCOMPARE(screen.store.boolean(u"aulora.settings.imagePreviews"_s), false);
+
+    // Written elsewhere, seen here at once.
+    screen.store.setString(u"aulora.settings.appearance"_s, u"light"_s);
+    QCOMPARE(view.appearanceRawValue(), u"light"_s);
+    QCOMPARE(appearance.count(), 2);
+    QCOMPARE(textSize.count(), 1);
+    QCOMPARE(analysis.count(), 1);
+    QCOMPARE(previews.count(), 1);
+}
+
+void ContentViewTest::textScaleFollowsTheTextSize_data()
+{
+    QTest::addColumn<QString>("rawValue");
+    QTest::addColumn<double>("scale");
+    QTest::newRow("compact") << u"compact"_s << 0.9;
+    QTest::newRow("standard") << u"standard"_s << 1.0;
+    QTest::newRow("large") << u"large"_s << 1.15;
+    QTest::newRow("capitals") << u"LARGE"_s << 1.0;
+    QTest::newRow("empty") << u""_s << 1.0;
+}
+
+void ContentViewTest::textScaleFollowsTheTextSize()
+{
+    QFETCH(QString, rawValue);
+    QFETCH(double, scale);
+    Screen screen;
+    screen.view.setTextSizeRawValue(rawValue);
+    QCOMPARE(screen.view.textScale(), scale);
+}
+
+void ContentViewTest::imageErrorIsDismissed()
+{
+    Screen screen;
+    QCOMPARE(screen.view.imageImportErrorText(), u""_s);
+    screen.view.setImageImportError(u"No pude leer la imagen seleccionada."_s);
+    QVERIFY(screen.view.hasImageImportError());
+    QCOMPARE(screen.view.imageImportErrorText(), u"No pude leer la imagen seleccionada."_s);
+    screen.view.dismissImageImportError();
+    QVERIFY(!screen.view.imageImportError());
+}
+
+void ContentViewTest::viewerOpensAndCloses()
+{
+    Screen screen;
+    screen.view.openImageViewer("una");
+    QCOMPARE(screen.view.enlargedImageData(), QByteArray("una"));
+    QVERIFY(screen.view.showImageViewer());
+    screen.view.openImageViewer("otra");
+    QCOMPARE(screen.view.enlargedImageData(), QByteArray("otra"));
+    screen.view.closeImageViewer();
+    QVERIFY(!screen.view.showImageViewer());
+    QVERIFY(!screen.view.enlargedImageData());
+}
+
+void ContentViewTest::unnamedImageIsCalledImagen()
+{
+    Screen screen;
+    screen.view.setSelectedImage("bytes", std::nullopt, std::nullopt);
+    QCOMPARE(screen.view.selectedImageTitle(), u"imagen"_s);
+    screen.view.setSelectedImage("bytes", u"torax.png"_s, std::nullopt);
+    QCOMPARE(screen.view.selectedImageTitle(), u"torax.png"_s);
+    screen.view.clearSelectedImage();
+    QVERIFY(!screen.view.hasSelectedImage());
+}
+
+QTEST_GUILESS_MAIN(ContentViewTest)
+#include "ContentViewTest.moc"
