@@ -12,7 +12,7 @@ using namespace Qt::StringLiterals;
 namespace {
 
 /// Image bytes encoded at a time: a multiple of three, so that only the last piece is padded.
-constexpr qsizetype imageBlockSize = 48 * 1024;
+constexpr qsizetype imageBlockSize = qsizetype(48) * 1024;
 
 QString withoutLoneSurrogates(QString text)
 {
@@ -98,7 +98,7 @@ QByteArray ChatRequestBody::takeNextBlock()
     if (m_imageOffset == m_image.size())
         return std::exchange(m_tail, {});
     const qsizetype size = std::min(imageBlockSize, m_image.size() - m_imageOffset);
-    const QByteArray block
+    QByteArray block
         = QByteArray::fromRawData(m_image.constData() + m_imageOffset, size).toBase64();
     m_imageOffset += size;
     return block;

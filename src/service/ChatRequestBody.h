@@ -19,7 +19,7 @@ class ChatRequestBody : public QIODevice
 
 public:
     /// Longest text of a request, in UTF-16 units: as much as the base64 of the largest image.
-    static constexpr qsizetype maximumTextLength = 16 * 1024 * 1024;
+    static constexpr qsizetype maximumTextLength = qsizetype(16) * 1024 * 1024;
 
     /// Ready to be read; null when a text is longer than `maximumTextLength`. A lone surrogate,
     /// which UTF-8 cannot say, is written as U+FFFD.
@@ -29,6 +29,7 @@ public:
     qint64 contentLength() const { return m_contentLength; }
 
     bool isSequential() const override { return true; }
+    bool seek(qint64) override { return false; }
 
 protected:
     qint64 readData(char *data, qint64 maximumSize) override;

@@ -1,15 +1,19 @@
 #pragma once
 
 #include "AssistantService.h"
+#include "ChatRequest.h"
 
 #include <QByteArray>
 #include <QNetworkAccessManager>
 #include <QObject>
+#include <QUuid>
 #include <QtQml/qqmlregistration.h>
 
 #include <functional>
+#include <memory>
 #include <optional>
 
+class ChatRequestBody;
 class ContentView;
 class InstallationIdentity;
 
@@ -33,6 +37,11 @@ public:
     Q_INVOKABLE void sendMessage();
 
 private:
+    /// The image to be sent: none while image analysis is off, whatever the composer holds.
+    std::optional<ChatRequestImage> pendingImage() const;
+    void startExchange(std::unique_ptr<ChatRequestBody> body, const QUuid &assistantMessageID,
+                       const QUuid &conversationID);
+
     ContentView *m_contentView;
     InstallationIdentity *m_identity;
     PreviewMaker m_makePreview;

@@ -5,7 +5,7 @@ import Aulora.Theme
 // The logo; its height follows its width.
 LogoItem {
     wordColor: Theme.primary
-    height: width * implicitHeight / implicitWidth
+    implicitWidth: 175
     Accessible.role: Accessible.Graphic
     Accessible.name: "Aulora IA"
 }

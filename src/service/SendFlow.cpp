@@ -1,0 +1,87 @@
+#include "SendFlow.h"
+
+#include "AssistantExchange.h"
+#include "ChatRequestBody.h"
+#include "ContentView.h"
+#include "InstallationIdentity.h"
+#include "ReplyTask.h"
+
+#include <QNetworkProxy>
+
+#include <utility>
+
+using namespace Qt::StringLiterals;
+
+SendFlow::SendFlow(ContentView *contentView, InstallationIdentity *identity,
+                   PreviewMaker makePreview, AssistantService service, QObject *parent)
+    : QObject(parent)
+    , m_contentView(contentView)
+    , m_identity(identity)
+    , m_makePreview(std::move(makePreview))
+    , m_service(std::move(service))
+{
+    // What the environment names as a proxy must not come between the user and the service.
+    m_network.setProxy(QNetworkProxy::NoProxy);
+}
+
+void SendFlow::sendMessage()
+{
+    const QString text = m_contentView->messageText().trimmed();
+    const std::optional<ChatRequestImage> image = pendingImage();
+    if (text.isEmpty() && !image)
+        return;
+    if (m_contentView->isLoading())
+        return;
+    if (!m_contentView->selectedConversationID())
+        m_contentView->startNewConversation();
+    const std::optional<QUuid> conversationID = m_contentView->selectedConversationID();
+    if (!conversationID)
+        return;
+
+    const QString requestText = text.isEmpty() ? u"Analizá esta imagen con finalidad educativa "
+                                                 u"médica. Describí los hallazgos relevantes y "
+                                                 "explicalos de forma didáctica."_s
+                                               : text;
+    m_contentView->updateTitle(requestText);
+    m_contentView->appendMessage(
+        {.id = QUuid::createUuid(),
+         .text = text.isEmpty() ? u"Analizar imagen"_s : text,
+         .isUser = true,
+         .attachmentName = image ? image->name : std::nullopt,
+         .imagePreviewData = image ? m_makePreview(image->data) : std::nullopt});
+    m_contentView->setMessageText({});
+    m_contentView->clearSelectedImage();
+    m_contentView->setLoading(true);
+
+    const QUuid assistantMessageID = QUuid::createUuid();
+    auto body = ChatRequestBody::serialise(
+        {.message = requestText, .userId = m_identity->installationUserId(), .image = image});
+    if (!body) {
+        m_contentView->appendAssistantNotice(u"No pude preparar la consulta."_s);
+        return;
+    }
+    startExchange(std::move(body), assistantMessageID, *conversationID);
+}
+
+std::optional<ChatRequestImage> SendFlow::pendingImage() const
+{
+    const std::optional<QByteArray> data = m_contentView->selectedImageData();
+    if (!data || !m_contentView->imageAnalysisEnabled())
+        return std::nullopt;
+    return ChatRequestImage{.data = *data,
+                            .name = m_contentView->selectedImageName(),
+                            .mimeType = m_contentView->selectedImageMimeType()};
+}
+
+void SendFlow::startExchange(std::unique_ptr<ChatRequestBody> body, const QUuid &assistantMessageID,
+                             const QUuid &conversationID)
+{
+    auto *exchange = new AssistantExchange(&m_network, m_service, this);
+    auto *task = new ReplyTask(m_contentView, assistantMessageID, conversationID, exchange);
+    connect(exchange, &AssistantExchange::linesReceived, task, &ReplyTask::appendLines);
+    connect(exchange, &AssistantExchange::finished, task, &ReplyTask::finish);
+    connect(exchange, &AssistantExchange::failed, task, &ReplyTask::fail);
+    connect(exchange, &AssistantExchange::finished, exchange, &QObject::deleteLater);
+    connect(exchange, &AssistantExchange::failed, exchange, &QObject::deleteLater);
+    exchange->start(std::move(body));
+}

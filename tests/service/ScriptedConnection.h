@@ -1,0 +1,68 @@
+#pragma once
+
+#include <QByteArray>
+#include <QByteArrayView>
+
+#include <chrono>
+#include <functional>
+#include <memory>
+
+struct ssl_st;
+struct ssl_ctx_st;
+
+/// What a client asked, as far as it came: the head, with the empty line that ends it, and the
+/// body.
+struct RecordedRequest
+{
+    QByteArray head;
+    QByteArray body;
+};
+
+/// One accepted connection of a ScriptedServer: what its script does the steps with. Every step
+/// blocks; once the client is gone or the server stops, steps do nothing.
+class ScriptedConnection
+{
+public:
+    using Recorder = std::function<void(const RecordedRequest &)>;
+
+    /// `socket` stays the caller's; `context` outlives the connection. `record` is told each
+    /// request as soon as it has been read.
+    ScriptedConnection(int socket, ssl_ctx_st *context, Recorder record);
+    ~ScriptedConnection();
+
+    ScriptedConnection(const ScriptedConnection &) = delete;
+    ScriptedConnection &operator=(const ScriptedConnection &) = delete;
+
+    /// Until then everything is sent and received as plain bytes; false when the client refuses.
+    bool startTls();
+
+    /// Reads and records one request, with a pause after every MiB of its body.
+    void readRequest(std::chrono::milliseconds pause = {});
+    /// Reads and records a request's head, and leaves most of a large body unread.
+    void readHead();
+
+    /// False when the client takes no more.
+    bool send(QByteArrayView bytes);
+    void sendByteByByte(QByteArrayView bytes);
+    /// The orderly end: TLS says goodbye, then the socket closes.
+    void close();
+    /// The socket closes, and TLS has said nothing.
+    void cut();
+    /// The socket is torn down: the client's system sees a reset.
+    void reset();
+    /// Says nothing more until the client has gone.
+    void waitUntilClientLeaves();
+    /// As above, and takes nothing either.
+    void waitWithoutReading();
+
+private:
+    qsizetype receiveHead();
+    qsizetype receive();
+    void recordRequest(qsizetype headSize);
+
+    int m_socket;
+    ssl_ctx_st *m_context;
+    Recorder m_record;
+    std::shared_ptr<ssl_st> m_tls;
+    QByteArray m_received;
+};

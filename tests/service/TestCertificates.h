@@ -1,0 +1,39 @@
+#pragma once
+
+#include <QByteArray>
+
+#include <memory>
+
+struct evp_pkey_st;
+struct x509_st;
+
+/// What a TLS server shows its clients: a certificate and its key, both PEM.
+struct ServerCredentials
+{
+    QByteArray certificate;
+    QByteArray key;
+};
+
+enum class Validity {
+    Current,
+    Expired, ///< ended an hour ago
+};
+
+/// A certificate authority of this test run only.
+class TestAuthority
+{
+public:
+    TestAuthority();
+
+    /// The authority's own certificate, PEM.
+    QByteArray certificate() const;
+
+    ServerCredentials issue(const QByteArray &host, Validity validity = Validity::Current) const;
+
+private:
+    std::shared_ptr<evp_pkey_st> m_key;
+    std::shared_ptr<x509_st> m_certificate;
+};
+
+/// A certificate for `host` that vouches for itself, as the one made at build time does.
+ServerCredentials selfSignedCredentials(const QByteArray &host);
