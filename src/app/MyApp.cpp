@@ -1,0 +1,57 @@
+#include "MyApp.h"
+
+#include "BuildNames.h"
+#include "ImagePreview.h"
+
+#include <QFile>
+#include <QQuickWindow>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+AssistantService assistantServiceOfThisBuild()
+{
+    AssistantService service;
+    service.apiURL = QUrl(u"https://%1/api/chat"_s.arg(buildServiceHost));
+    // A build without an extra trust anchor has no such file.
+    QFile trustAnchors(u":/aulora/trust-anchors.pem"_s);
+    if (trustAnchors.open(QIODevice::ReadOnly))
+        service.extraTrustAnchors = trustAnchors.readAll();
+    return service;
+}
+
+} // namespace
+
+MyApp::MyApp(std::unique_ptr<PreferenceStore> store, QObject *parent)
+    : QObject(parent)
+    , m_store(std::move(store))
+    , m_preferences(m_store.get())
+    , m_historyStore(m_store.get())
+    , m_identity(m_store.get())
+    , m_contentView(&m_preferences, &m_historyStore)
+    , m_sendFlow(&m_contentView, &m_identity, &makePreviewData, assistantServiceOfThisBuild())
+{ }
+
+bool MyApp::start()
+{
+    m_contentView.loadHistory();
+    m_engine.addImportPath(u":/qt/qml"_s);
+    m_engine.setInitialProperties({
+        {u"contentView"_s, QVariant::fromValue(&m_contentView)},
+        {u"sendFlow"_s, QVariant::fromValue(&m_sendFlow)},
+        {u"authorLine"_s, buildAuthorLine.toString()},
+        {u"credentialsLine"_s, buildCredentialsLine.toString()},
+    });
+    m_engine.load(QUrl(u"qrc:/qt/qml/Aulora/MainWindow.qml"_s));
+    return !m_engine.rootObjects().isEmpty();
+}
+
+void MyApp::raiseWindow()
+{
+    if (auto *window = qobject_cast<QQuickWindow *>(m_engine.rootObjects().value(0))) {
+        window->show();
+        window->raise();
+        window->requestActivate();
+    }
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "ContentView.h"
+#include "HistoryStore.h"
+#include "InstallationIdentity.h"
+#include "PreferenceStore.h"
+#include "Preferences.h"
+#include "SendFlow.h"
+
+#include <QObject>
+#include <QQmlApplicationEngine>
+
+#include <memory>
+
+/// The one composition root: makes every long-lived object, connects them, and hands them to the
+/// window. Members are declared in the order in which they need each other.
+class MyApp : public QObject
+{
+    Q_OBJECT
+
+public:
+    /// Everything of the program on top of `store`.
+    explicit MyApp(std::unique_ptr<PreferenceStore> store, QObject *parent = nullptr);
+
+    /// Loads the history and shows the window; false when the window cannot be made.
+    bool start();
+
+    /// Brings the window to the front.
+    void raiseWindow();
+
+private:
+    std::unique_ptr<PreferenceStore> m_store;
+    Preferences m_preferences;
+    HistoryStore m_historyStore;
+    InstallationIdentity m_identity;
+    ContentView m_contentView;
+    SendFlow m_sendFlow;
+    QQmlApplicationEngine m_engine;
+};

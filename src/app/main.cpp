@@ -1,0 +1,32 @@
+#include "MyApp.h"
+#include "SingleInstance.h"
+#include "UserPreferenceStore.h"
+
+#include <QGuiApplication>
+#include <QQuickStyle>
+#include <QQuickWindow>
+
+using namespace Qt::StringLiterals;
+
+int main(int argc, char *argv[])
+{
+    QGuiApplication::setApplicationName(u"aulora-ia"_s);
+    QGuiApplication::setApplicationDisplayName(u"Aulora IA"_s);
+    QGuiApplication::setDesktopFileName(u"ar.aulora.AuloraIA"_s);
+    // The same glyphs everywhere: message text is painted, labels are scene graph nodes.
+    QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
+    QQuickStyle::setStyle(u"Basic"_s);
+    const QGuiApplication application(argc, argv);
+
+    SingleInstance instance(userDataFolder());
+    if (!instance.isFirst()) {
+        instance.raiseFirst();
+        return 0;
+    }
+
+    MyApp myApp(makeUserPreferenceStore());
+    QObject::connect(&instance, &SingleInstance::raiseRequested, &myApp, &MyApp::raiseWindow);
+    if (!myApp.start())
+        return 1;
+    return QGuiApplication::exec();
+}
