@@ -5,7 +5,7 @@ import Aulora.Theme
 // The logo; its height follows its width.
 LogoItem {
     wordColor: Theme.primary
-    implicitWidth: 175
+    height: width * implicitHeight / implicitWidth
     Accessible.role: Accessible.Graphic
     Accessible.name: "Aulora IA"
 }

@@ -18,7 +18,10 @@ QByteArray logoDrawing()
 
 LogoItem::LogoItem(QQuickItem *parent)
     : ImageItem(parent)
-{ }
+{
+    static const QSizeF drawnSize = QSvgRenderer(logoDrawing()).viewBoxF().size();
+    setImplicitSize(drawnSize.width(), drawnSize.height());
+}
 
 void LogoItem::setWordColor(QColor color)
 {
@@ -27,18 +30,6 @@ void LogoItem::setWordColor(QColor color)
     m_wordColor = color;
     repaint();
     Q_EMIT wordColorChanged();
-}
-
-double LogoItem::aspectRatio()
-{
-    static const QSizeF size = QSvgRenderer(logoDrawing()).viewBoxF().size();
-    return size.width() / size.height();
-}
-
-void LogoItem::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry)
-{
-    ImageItem::geometryChange(newGeometry, oldGeometry);
-    setImplicitHeight(newGeometry.width() / aspectRatio());
 }
 
 QImage LogoItem::paintedImage(QSizeF size, double ratio) const

@@ -3,14 +3,11 @@ import QtQuick
 import QtQuick.Templates as T
 import Aulora.Theme
 
-// Says what its parent does, a moment after the pointer came to rest on it.
+// Says what its parent does. Make it visible while the pointer is on the parent; it shows a moment
+// later.
 T.ToolTip {
     id: tooltip
 
-    /// Whether the pointer is on the parent.
-    required property bool hovered
-
-    visible: hovered
     delay: 600
     x: parent ? Math.round((parent.width - width) / 2) : 0
     y: parent ? parent.height + 4 : 0
