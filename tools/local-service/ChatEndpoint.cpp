@@ -31,6 +31,11 @@ static std::optional<Refusal> checkEnvelope(const IncomingRequest &request)
     return std::nullopt;
 }
 
+Refusal ChatEndpoint::tooLarge()
+{
+    return {413, u"La consulta pasa los 20 MiB."_s};
+}
+
 ChatEndpoint::ChatEndpoint(const AnswerComposer &composer, UserMemory &memory)
     : m_composer(composer)
     , m_memory(memory)

@@ -17,6 +17,9 @@ class ChatEndpoint
 public:
     static constexpr qint64 largestBody = 20LL * 1024 * 1024;
 
+    /// Why a body past `largestBody` gets no answer.
+    static Refusal tooLarge();
+
     /// Both are borrowed and outlive this object.
     ChatEndpoint(const AnswerComposer &composer, UserMemory &memory);
 

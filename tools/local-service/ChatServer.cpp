@@ -181,6 +181,15 @@ void ChatServer::Engine::setUp()
         return isRouted ? httplib::Server::HandlerResponse::Unhandled
                         : httplib::Server::HandlerResponse::Handled;
     });
+    server.set_expect_100_continue_handler([](const auto &request, auto &response) {
+        constexpr int goOn = 100;
+        const QByteArray length
+            = QByteArray::fromStdString(request.get_header_value("Content-Length"));
+        if (length.toLongLong() <= ChatEndpoint::largestBody)
+            return goOn;
+        refuse(ChatEndpoint::tooLarge(), response);
+        return response.status;
+    });
     const std::string anyPath = "[^]*";
     server.Get(anyPath, bare);
     server.Options(anyPath, bare);

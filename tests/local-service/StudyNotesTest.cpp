@@ -1,0 +1,148 @@
+#include "StudyNotes.h"
+
+#include "FoldedText.h"
+
+#include <QRegularExpression>
+#include <QSet>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+// What the composer can put in a form besides the keys of a concept.
+static const QSet<QString> composedNames{
+    u"Tema"_s,     u"alto"_s,     u"ancho"_s,         u"anteriores"_s,       u"bytes"_s,
+    u"concepto"_s, u"consulta"_s, u"declarado"_s,     u"detalle"_s,          u"falta otro"_s,
+    u"nombre"_s,   u"propio"_s,   u"irreconocible"_s, u"pregunta inicial"_s, u"tema"_s,
+    u"tipo"_s,     u"título"_s,   u"término"_s,       u"términos"_s};
+
+static const QSet<QString> conceptKeys{u"qué es"_s, u"paso"_s,      u"clave"_s,    u"clínica"_s,
+                                       u"error"_s,  u"distingue"_s, u"pregunta"_s, u"respuesta"_s,
+                                       u"caso"_s,   u"resolución"_s};
+
+static const QStringList forms{u"caso"_s,
+                               u"comparar"_s,
+                               u"comparar-cada-uno"_s,
+                               u"comparar-cierre"_s,
+                               u"concepto"_s,
+                               u"explicar"_s,
+                               u"general"_s,
+                               u"imagen"_s,
+                               u"practicar"_s,
+                               u"razonar"_s,
+                               u"saludo"_s,
+                               u"sin-tema"_s};
+
+class StudyNotesTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void everyFormIsThereAndNamesOnlyWhatCanBeFilled_data()
+    {
+        QTest::addColumn<QString>("name");
+        for (const QString &name : forms + StudyNotes::subjects())
+            QTest::newRow(qUtf8Printable(name)) << name;
+    }
+    void everyFormIsThereAndNamesOnlyWhatCanBeFilled()
+    {
+        QFETCH(QString, name);
+        const QStringList form = m_notes.form(name);
+        QVERIFY(!form.isEmpty());
+        for (const QString &used : formNames(form)) {
+            QVERIFY2(composedNames.contains(used) || conceptKeys.contains(used),
+                     qUtf8Printable(used));
+        }
+    }
+
+    void aSubjectsPageHasSubstance_data()
+    {
+        QTest::addColumn<QString>("subject");
+        for (const QString &subject : StudyNotes::subjects())
+            QTest::newRow(qUtf8Printable(subject)) << subject;
+    }
+    void aSubjectsPageHasSubstance()
+    {
+        QFETCH(QString, subject);
+        const QStringList page = fillForm(m_notes.form(subject), {});
+        QVERIFY(page.size() >= 30 && page.size() <= 60);
+        QCOMPARE(page.first(), "# "_L1 + subject);
+        const auto countOf = [&](const QString &pattern) {
+            return page.filter(QRegularExpression(pattern)).size();
+        };
+        QVERIFY(countOf(u"^## "_s) >= 5);
+        QVERIFY(countOf(u"^- "_s) >= 10);
+        QVERIFY(countOf(u"^\\d+\\. "_s) >= 3);
+        QVERIFY(countOf(u"\\*\\*[^*]+\\*\\*"_s) >= 10);
+    }
+
+    void everyConceptIsWhole()
+    {
+        QVERIFY(m_notes.concepts().size() >= 30);
+        for (const StudyConcept &known : m_notes.concepts()) {
+            const auto keys = known.values.keys();
+            QCOMPARE(QSet<QString>(keys.begin(), keys.end()), conceptKeys);
+            QVERIFY2(known.values[u"paso"_s].size() >= 3, qUtf8Printable(known.title));
+            QVERIFY2(known.values[u"pregunta"_s].size() >= 3, qUtf8Printable(known.title));
+            QCOMPARE(known.values[u"pregunta"_s].size(), known.values[u"respuesta"_s].size());
+        }
+    }
+
+    void noTwoConceptsShareAName()
+    {
+        QSet<QString> names;
+        for (const StudyConcept &known : m_notes.concepts()) {
+            for (const QString &name : known.names) {
+                QVERIFY2(!names.contains(name), qUtf8Printable(name));
+                names.insert(name);
+            }
+        }
+    }
+
+    void boldMarkersComeInPairs()
+    {
+        QStringList lines;
+        for (const QString &name : forms + StudyNotes::subjects())
+            lines += m_notes.form(name);
+        for (const StudyConcept &known : m_notes.concepts()) {
+            for (const QStringList &values : known.values)
+                lines += values;
+        }
+        for (const QString &line : lines)
+            QVERIFY2(line.count("**"_L1) % 2 == 0, qUtf8Printable(line));
+    }
+
+    void findsConcepts_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("title");
+
+        QTest::newRow("title") << u"la Mitosis"_s << u"Mitosis"_s;
+        QTest::newRow("no accents") << u"QUE ES LA NEUMONIA?"_s << u"Neumonía"_s;
+        QTest::newRow("other name") << u"un IAM"_s << u"Infarto agudo de miocardio"_s;
+        QTest::newRow("the longest name wins")
+            << u"válvulas cardíacas del músculo cardíaco y el hueso"_s << u"Corazón"_s;
+        QTest::newRow("part of a word") << u"mitosisina"_s << QString();
+        QTest::newRow("unknown") << u"ciclo de la urea"_s << QString();
+        QTest::newRow("nothing") << QString() << QString();
+    }
+    void findsConcepts()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, title);
+        const StudyConcept *found = m_notes.conceptIn(text);
+        QCOMPARE(found ? found->title : QString(), title);
+    }
+
+    void findsSubjects()
+    {
+        QCOMPARE(StudyNotes::subjectIn(u"quiero HISTOLOGIA ya"_s), u"Histología"_s);
+        QCOMPARE(StudyNotes::subjectIn(u"medicina interna"_s), u"Medicina Interna"_s);
+        QCOMPARE(StudyNotes::subjectIn(u"medicina"_s), QString());
+    }
+
+private:
+    StudyNotes m_notes;
+};
+
+QTEST_APPLESS_MAIN(StudyNotesTest)
+#include "StudyNotesTest.moc"
