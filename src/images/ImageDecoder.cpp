@@ -44,8 +44,10 @@ std::optional<QImage> decodeImage(const QByteArray &bytes, int longestSide)
     if (!format || bytes.size() > maximumImageBytes)
         return std::nullopt;
 
-    // The toolkit's own limit, 128 MB, would refuse pictures that ours lets through.
-    QImageReader::setAllocationLimit(int(maximumDecodingBytes >> 20));
+    // The toolkit's own limit counts 32 bits for every pixel, also for those that take one; ours is
+    // checked below.
+    constexpr qint64 bytesPerMegabyte = 1 << 20;
+    QImageReader::setAllocationLimit(int(maximumImagePixels * 4 / bytesPerMegabyte) + 1);
     QBuffer buffer;
     buffer.setData(format == ImageFormat::Png ? withoutNeedlessChunks(bytes) : bytes);
     buffer.open(QIODevice::ReadOnly);
