@@ -22,17 +22,30 @@ void ContinuousPicture::setRadius(double radius)
     Q_EMIT radiusChanged();
 }
 
+void ContinuousPicture::setFillMode(FillMode mode)
+{
+    if (m_fillMode == mode)
+        return;
+    m_fillMode = mode;
+    repaint();
+    Q_EMIT fillModeChanged();
+}
+
 QImage ContinuousPicture::paintedImage(QSizeF size, double ratio) const
 {
     if (m_picture.isNull())
         return {};
     const QSize pixels = (size * ratio).toSize();
-    const QImage scaled = m_picture.scaled(pixels, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+    const auto aspect = m_fillMode == Crop ? Qt::KeepAspectRatioByExpanding : Qt::IgnoreAspectRatio;
+    const QImage scaled = m_picture.scaled(pixels, aspect, Qt::SmoothTransformation);
+    QBrush picture(scaled);
+    picture.setTransform(QTransform::fromTranslate((pixels.width() - scaled.width()) / 2,
+                                                   (pixels.height() - scaled.height()) / 2));
     QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(continuousRoundedPath(image.rect(), m_radius * ratio), QBrush(scaled));
+    painter.fillPath(continuousRoundedPath(image.rect(), m_radius * ratio), picture);
     painter.end();
     image.setDevicePixelRatio(ratio);
     return image;

@@ -1,0 +1,39 @@
+#pragma once
+
+#include "ImageIntake.h"
+
+#include <QQuickItem>
+
+/// Where images are dropped, files as well as image data from other programs. Drags that the
+/// intake would not take pass by, to whoever else wants them.
+class ImageDropArea : public QQuickItem
+{
+    Q_OBJECT
+    QML_ELEMENT
+    Q_PROPERTY(ImageIntake *intake READ intake WRITE setIntake NOTIFY intakeChanged REQUIRED)
+    /// True while a drag that would be taken hovers here.
+    Q_PROPERTY(bool isTargeted READ isTargeted NOTIFY isTargetedChanged)
+
+public:
+    explicit ImageDropArea(QQuickItem *parent = nullptr);
+
+    ImageIntake *intake() const { return m_intake; }
+    void setIntake(ImageIntake *intake);
+    bool isTargeted() const { return m_isTargeted; }
+
+Q_SIGNALS:
+    void intakeChanged();
+    void isTargetedChanged();
+
+protected:
+    void dragEnterEvent(QDragEnterEvent *event) override;
+    void dragMoveEvent(QDragMoveEvent *event) override;
+    void dragLeaveEvent(QDragLeaveEvent *event) override;
+    void dropEvent(QDropEvent *event) override;
+
+private:
+    void setTargeted(bool targeted);
+
+    ImageIntake *m_intake = nullptr;
+    bool m_isTargeted = false;
+};

@@ -1,0 +1,21 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Dialogs
+
+// The desktop's file chooser, for one image.
+FileDialog {
+    id: importer
+
+    required property bool presented
+
+    /// The chooser closed: with the file that was chosen, or with none.
+    signal finished(var urls)
+
+    title: "Elegí una imagen"
+    visible: presented
+    fileMode: FileDialog.OpenFile
+    nameFilters: ["Imágenes (*.jpg *.jpeg *.png *.gif *.webp *.bmp *.tif *.tiff *.heic *.heif)"]
+
+    onAccepted: importer.finished([importer.selectedFile])
+    onRejected: importer.finished([])
+}
