@@ -61,15 +61,17 @@ QImage paintSymbol(const Key &key)
     QFile file(resourcePath(key.name));
     if (!file.open(QIODevice::ReadOnly))
         return {};
-    QByteArray drawing = file.readAll();
-    if (!key.name.endsWith(u".fill"))
-        drawing = withLineWidth(drawing, lineWidth(key.weight));
+    const double width = key.name.endsWith(u".fill") ? 1 : lineWidth(key.weight);
+    QSvgRenderer drawing(withLineWidth(file.readAll(), width));
+    // Room for what lines at the edge of the grid have grown.
+    const double growth = (width - 1) / 2;
+    drawing.setViewBox(drawing.viewBoxF().adjusted(-growth, -growth, growth, growth));
 
     const int pixels = static_cast<int>(std::ceil(key.extent * key.ratio));
     QImage image(pixels, pixels, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
-    QSvgRenderer(drawing).render(&painter, QRectF(0, 0, pixels, pixels));
+    drawing.render(&painter);
     painter.setCompositionMode(QPainter::CompositionMode_SourceIn);
     painter.fillRect(image.rect(), QColor::fromRgba(key.color));
     painter.end();
