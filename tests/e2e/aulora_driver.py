@@ -6,6 +6,7 @@ code. Make a Desktop before importing this module: the accessibility library loo
 import sqlite3
 import subprocess
 import tempfile
+import warnings
 from pathlib import Path
 
 import gi
@@ -59,23 +60,27 @@ class Element:
         return self._accessible.get_state_set().contains(getattr(Atspi.StateType, state.upper()))
 
     def press(self):
-        """The action that a screen reader takes on a button."""
-        actions = Atspi.Action.get_n_actions(self._accessible)
-        names = [Atspi.Action.get_action_name(self._accessible, i) for i in range(actions)]
-        # Qt lists the actions that a view adds after its own, under the same names.
-        index = max((i for i, name in enumerate(names) if name in ("Press", "Toggle")), default=None)
-        assert index is not None, f"{self.role} {self.name!r} cannot be pressed: {names}"
-        Atspi.Action.do_action(self._accessible, index)
+        """The action that a screen reader takes on a button or a switch."""
+        # Qt lists what a view adds after its own actions of the same names.
+        self._act("Press", "Toggle")
 
     def focus(self):
         """Gives the element the keyboard, as a screen reader does."""
-        actions = Atspi.Action.get_n_actions(self._accessible)
-        names = [Atspi.Action.get_action_name(self._accessible, i) for i in range(actions)]
-        Atspi.Action.do_action(self._accessible, names.index("SetFocus"))
+        self._act("SetFocus")
 
     def click(self):
         """A click of the mouse in the middle of it."""
         self._desktop.click(*self.center)
+
+    def _act(self, *names):
+        with warnings.catch_warnings():
+            # The binding takes this function for an older one of the same name.
+            warnings.simplefilter("ignore", DeprecationWarning)
+            offered = [Atspi.Action.get_action_name(self._accessible, index)
+                       for index in range(Atspi.Action.get_n_actions(self._accessible))]
+        index = max((i for i, name in enumerate(offered) if name in names), default=None)
+        assert index is not None, f"{self.role} {self.name!r} offers {offered}, not {names}"
+        Atspi.Action.do_action(self._accessible, index)
 
     def children(self):
         for index in range(self._accessible.get_child_count()):
@@ -162,7 +167,8 @@ class Program:
 
     def messages(self):
         """The texts of the questions and replies shown, from the top."""
-        return [element.name for element in self.elements("paragraph")]
+        # A reply that is still growing ends in a line feed, which nobody sees.
+        return [element.name.rstrip("\n") for element in self.elements("paragraph")]
 
     def conversations(self):
         """Title, count line and whether it is selected, of each row, from the top."""
@@ -178,6 +184,10 @@ class Program:
             except GLib.Error:
                 return None
         return wait_until(holds, what)
+
+    def wait_for_conversations(self, *rows):
+        """Rows as conversations() gives them."""
+        self.wait_for(lambda: self.conversations() == list(rows), f"the conversations {rows}")
 
     def wait_for_messages(self, *texts):
         self.wait_for(lambda: self.messages() == list(texts), f"the messages {texts}")

@@ -66,6 +66,8 @@ class Desktop:
         for process in reversed(self._processes):
             process.terminate()
             process.wait()
+            if process.stdout:
+                process.stdout.close()
         shutil.rmtree(self.folder, ignore_errors=True)
 
     def type(self, text):
@@ -119,7 +121,7 @@ class Desktop:
     def _start_display(self, width, height):
         read, write = os.pipe()
         self._start(["Xvfb", "-displayfd", str(write), "-screen", "0", f"{width}x{height}x24",
-                     "-nolisten", "tcp"], environment=dict(os.environ), pass_fds=[write])
+                     "-nolisten", "tcp", "-noreset"], environment=dict(os.environ), pass_fds=[write])
         os.close(write)
         with os.fdopen(read) as number:
             return f":{number.readline().strip()}"

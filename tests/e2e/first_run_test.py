@@ -8,7 +8,7 @@ from aulora_test_case import AuloraTestCase
 class FirstRunTest(AuloraTestCase):
     def test_starts_with_one_empty_conversation(self):
         program = self.start()
-        self.assertEqual(program.conversations(), [("Nueva conversación", "0 mensajes", True)])
+        program.wait_for_conversations(("Nueva conversación", "0 mensajes", True))
         self.assertEqual(program.composer.text, "")
         program.wait_for_status("En línea")
 
@@ -54,7 +54,7 @@ class FirstRunTest(AuloraTestCase):
 
         again = self.start(program.home)
         again.wait_for_messages("uno", "respuesta")
-        self.assertEqual(again.conversations(), [("uno", "2 mensajes", True)])
+        again.wait_for_conversations(("uno", "2 mensajes", True))
         again.ask("dos")
         self.assertEqual(self.assistant.next_request().json["userId"], request.json["userId"])
 

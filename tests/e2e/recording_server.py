@@ -83,9 +83,11 @@ class RecordingServer:
             raise AssertionError(f"no request came in {timeout:g} s") from None
 
     def close(self):
-        """Stops listening: from now on connections are refused."""
+        """Stops listening and closes what is open: from now on connections are refused."""
         self._socket.shutdown(socket.SHUT_RDWR)
         self._socket.close()
+        for request in self.seen:
+            request.cut()
 
     def _accept(self):
         while True:

@@ -14,6 +14,11 @@ T.AbstractButton {
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     focusPolicy: Qt.TabFocus
     opacity: down ? 0.65 : 1
+    // The toolkit offers the action to a screen reader but leaves doing it to us.
+    Accessible.onPressAction: {
+        if (button.enabled)
+            button.clicked();
+    }
 
     Keys.onReturnPressed: event => {
         if (!event.isAutoRepeat)

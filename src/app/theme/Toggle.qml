@@ -12,6 +12,8 @@ T.Switch {
     spacing: 10
     focusPolicy: Qt.TabFocus
     Accessible.role: Accessible.CheckBox
+    Accessible.onPressAction: flip()
+    Accessible.onToggleAction: flip()
 
     Keys.onReturnPressed: flip()
     Keys.onEnterPressed: flip()
