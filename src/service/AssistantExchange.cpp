@@ -1,113 +1,120 @@
 #include "AssistantExchange.h"
 
-#include "ChatRequestBody.h"
-
-#include <QNetworkAccessManager>
-#include <QNetworkRequest>
+#include <QNetworkProxy>
 #include <QSslConfiguration>
 
 #include <utility>
 
-using namespace Qt::StringLiterals;
-
 namespace {
 
-/// Bytes the network code may hold for us. Reading stops while it is full, so a reply that comes
-/// faster than it can be shown waits in the service and not in this program's memory.
-constexpr qint64 readBufferSize = qint64(64) * 1024;
+constexpr quint16 httpsPort = 443;
 
-QNetworkRequest networkRequest(const AssistantService &service, qint64 contentLength)
-{
-    QNetworkRequest request(service.apiURL);
-    request.setHeader(QNetworkRequest::ContentTypeHeader, u"application/json"_s);
-    request.setHeader(QNetworkRequest::ContentLengthHeader, contentLength);
-    // Takes the place of the toolkit's own header, which asks for compressed replies and would
-    // unpack whatever a small one blows up to.
-    request.setRawHeader("Accept-Encoding", "identity");
-    // Buffered, the body could be sent again.
-    request.setAttribute(QNetworkRequest::DoNotBufferUploadDataAttribute, true);
-    // A redirect would take the question to a place nobody has chosen.
-    request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                         QNetworkRequest::ManualRedirectPolicy);
-    request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
-    request.setAttribute(QNetworkRequest::CookieLoadControlAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::CookieSaveControlAttribute, QNetworkRequest::Manual);
-    request.setAttribute(QNetworkRequest::AuthenticationReuseAttribute, QNetworkRequest::Manual);
+/// Bytes of the reply taken in at a time, which bounds both the work of one turn of the event loop
+/// and what a service that talks faster than we read can make us hold.
+constexpr qint64 readBufferSize = qint64(16) * 1024;
 
-    QSslConfiguration security = QSslConfiguration::defaultConfiguration();
-    security.addCaCertificates(QSslCertificate::fromData(service.extraTrustAnchors));
-    request.setSslConfiguration(security);
-    return request;
-}
+/// Bytes of the question that may wait for the network.
+constexpr qint64 writeBufferSize = qint64(256) * 1024;
 
 } // namespace
 
-AssistantExchange::AssistantExchange(QNetworkAccessManager *network, AssistantService service,
+AssistantExchange::AssistantExchange(AssistantService service, ChatRequestBody body,
                                      QObject *parent)
     : QObject(parent)
-    , m_network(network)
     , m_service(std::move(service))
+    , m_body(std::move(body))
 {
     m_idleTimer.setSingleShot(true);
     m_idleTimer.setTimerType(Qt::PreciseTimer);
     m_idleTimer.setInterval(m_service.idleTimeout);
     connect(&m_idleTimer, &QTimer::timeout, this, [this] { fail(TransportError::TimedOut); });
+
+    connect(&m_socket, &QSslSocket::encrypted, this, &AssistantExchange::sendHead);
+    connect(&m_socket, &QSslSocket::readyRead, this, &AssistantExchange::readResponse);
+    connect(&m_socket, &QSslSocket::errorOccurred, this, &AssistantExchange::endConnection);
 }
 
-void AssistantExchange::start(std::unique_ptr<ChatRequestBody> body)
+void AssistantExchange::start()
 {
-    // On a connection kept from before, the toolkit takes a close for a reason to try again.
-    m_network->clearConnectionCache();
-    m_reply = m_network->post(networkRequest(m_service, body->contentLength()), body.get());
-    body.release()->setParent(m_reply);
-    m_reply->setReadBufferSize(readBufferSize);
-
-    const auto restartIdleTimer = [this] { m_idleTimer.start(); };
-    connect(m_reply, &QNetworkReply::uploadProgress, this, restartIdleTimer);
-    connect(m_reply, &QNetworkReply::metaDataChanged, this, &AssistantExchange::readHead);
-    connect(m_reply, &QNetworkReply::readyRead, this, &AssistantExchange::readBody);
-    connect(m_reply, &QNetworkReply::finished, this, &AssistantExchange::end);
+    QSslConfiguration security = QSslConfiguration::defaultConfiguration();
+    security.addCaCertificates(QSslCertificate::fromData(m_service.extraTrustAnchors));
+    m_socket.setSslConfiguration(security);
+    m_socket.setReadBufferSize(readBufferSize);
+    // Nothing but the service itself is to hear the question.
+    m_socket.setProxy(QNetworkProxy::NoProxy);
     m_idleTimer.start();
+    m_socket.connectToHostEncrypted(m_service.apiURL.host(QUrl::FullyEncoded),
+                                    quint16(m_service.apiURL.port(httpsPort)));
 }
 
-void AssistantExchange::readHead()
+void AssistantExchange::sendHead()
 {
-    m_idleTimer.start();
-    const int statusCode = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).toInt();
-    if (statusCode < 200 || statusCode > 299)
-        fail(StreamingError::serverError(statusCode));
-    else if (m_reply->hasRawHeader("Content-Encoding")
-             && m_reply->rawHeader("Content-Encoding").compare("identity", Qt::CaseInsensitive)
-                 != 0)
-        fail(StreamingError::invalidResponse());
+    const QByteArray path = m_service.apiURL.path(QUrl::FullyEncoded).toLatin1();
+    const QByteArray host = m_service.apiURL.authority(QUrl::FullyEncoded).toLatin1();
+    m_socket.write("POST " + path + " HTTP/1.1\r\nHost: " + host
+                   + "\r\nContent-Type: application/json\r\nContent-Length: "
+                   + QByteArray::number(m_body.contentLength()) + "\r\nConnection: close\r\n\r\n");
+    // Not before: the bytes of the handshake are told as written too.
+    connect(&m_socket, &QSslSocket::encryptedBytesWritten, this, &AssistantExchange::sendBody);
+    sendBody();
 }
 
-void AssistantExchange::readBody()
+void AssistantExchange::sendBody()
 {
     m_idleTimer.start();
-    const QByteArray bytes = m_reply->readAll();
-    m_receivedSize += bytes.size();
-    if (m_receivedSize > maximumReplySize)
-        return fail(TransportError::ReplyTooLong);
-    const QStringList lines = m_decoder.decode(bytes);
+    while (m_socket.bytesToWrite() + m_socket.encryptedBytesToWrite() < writeBufferSize) {
+        const QByteArray block = m_body.takeNextBlock();
+        if (block.isEmpty())
+            return;
+        m_socket.write(block);
+    }
+}
+
+void AssistantExchange::readResponse()
+{
+    m_idleTimer.start();
+    const QByteArray body = m_response.read(m_socket.readAll());
+    const HttpResponseReader::State state = m_response.state();
+    if (state == HttpResponseReader::State::Head)
+        return;
+    if (state != HttpResponseReader::State::Invalid
+        && (m_response.statusCode() < 200 || m_response.statusCode() > 299)) {
+        fail(StreamingError::serverError(m_response.statusCode()));
+        return;
+    }
+    m_replySize += body.size();
+    if (m_replySize > maximumReplySize) {
+        fail(TransportError::ReplyTooLong);
+        return;
+    }
+    const QStringList lines = m_lines.decode(body);
     if (!lines.isEmpty())
         Q_EMIT linesReceived(lines);
+    if (state == HttpResponseReader::State::Invalid)
+        fail(StreamingError::invalidResponse());
+    else if (state == HttpResponseReader::State::Complete)
+        finish();
 }
 
-void AssistantExchange::end()
+void AssistantExchange::endConnection(QAbstractSocket::SocketError error)
 {
-    readBody();
-    if (!m_reply)
+    // What came before the end counts, and may be a whole reply.
+    while (!m_hasEnded && m_socket.bytesAvailable() > 0)
+        readResponse();
+    if (m_hasEnded)
         return;
-    const QNetworkReply::NetworkError error = m_reply->error();
-    const bool isHttp = m_reply->attribute(QNetworkRequest::HttpStatusCodeAttribute).isValid();
-    if (error == QNetworkReply::ProtocolFailure || (error == QNetworkReply::NoError && !isHttp))
-        return fail(StreamingError::invalidResponse());
-    if (error != QNetworkReply::NoError)
-        return fail(transportErrorFrom(error, currentNetworkPresence()));
+    if (error == QAbstractSocket::RemoteHostClosedError)
+        m_response.endOfConnection();
+    if (m_response.state() == HttpResponseReader::State::Complete)
+        finish();
+    else
+        fail(transportErrorFrom(error, currentNetworkPresence()));
+}
 
-    dropReply();
-    if (const auto lastLine = m_decoder.finish())
+void AssistantExchange::finish()
+{
+    leave();
+    if (const auto lastLine = m_lines.finish())
         Q_EMIT linesReceived({*lastLine});
     Q_EMIT finished();
 }
@@ -124,15 +131,14 @@ void AssistantExchange::fail(TransportError error)
 
 void AssistantExchange::failWith(const QString &description)
 {
-    dropReply();
+    leave();
     Q_EMIT failed(description);
 }
 
-void AssistantExchange::dropReply()
+void AssistantExchange::leave()
 {
+    m_hasEnded = true;
     m_idleTimer.stop();
-    m_reply->disconnect(this);
-    // Destruction ends what is still under way.
-    m_reply->deleteLater();
-    m_reply = nullptr;
+    m_socket.disconnect(this);
+    m_socket.abort();
 }

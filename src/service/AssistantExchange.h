@@ -1,22 +1,26 @@
 #pragma once
 
 #include "AssistantService.h"
+#include "ChatRequestBody.h"
+#include "HttpResponseReader.h"
 #include "LineDecoder.h"
 #include "StreamingError.h"
 #include "TransportError.h"
 
-#include <QNetworkReply>
 #include <QObject>
+#include <QSslSocket>
 #include <QStringList>
 #include <QTimer>
 
-#include <memory>
-
-class ChatRequestBody;
-class QNetworkAccessManager;
-
-/// One question sent to the assistant, once, and its reply read line by line. Ends with exactly
-/// one of `finished` and `failed`, and never before `start` has returned.
+/// One question sent to the assistant and its reply read line by line. Ends with exactly one of
+/// `finished` and `failed`.
+///
+/// It speaks HTTP/1.1 on a TLS connection of its own, rather than through the toolkit's HTTP
+/// client, because a question must reach the service exactly once whatever happens to the
+/// connection. That client sends a request again when a connection breaks early; made to send it
+/// once, it asks for a body in pieces of 16 KiB across threads, which on a busy machine takes
+/// seconds for one image; it tells no garbage from a broken connection, takes heads without end,
+/// and adds headers of its own.
 class AssistantExchange : public QObject
 {
     Q_OBJECT
@@ -26,11 +30,9 @@ public:
     /// enough that a service gone wild cannot take all memory.
     static constexpr qint64 maximumReplySize = qint64(64) * 1024 * 1024;
 
-    /// `network` is borrowed and outlives this object.
-    AssistantExchange(QNetworkAccessManager *network, AssistantService service,
-                      QObject *parent = nullptr);
+    AssistantExchange(AssistantService service, ChatRequestBody body, QObject *parent = nullptr);
 
-    void start(std::unique_ptr<ChatRequestBody> body);
+    void start();
 
 Q_SIGNALS:
     /// The next lines of the reply, without their line ends, empty ones included.
@@ -42,19 +44,23 @@ Q_SIGNALS:
     void failed(const QString &description);
 
 private:
-    void readHead();
-    void readBody();
-    void end();
+    void sendHead();
+    void sendBody();
+    void readResponse();
+    void endConnection(QAbstractSocket::SocketError error);
+    void finish();
     void fail(StreamingError error);
     void fail(TransportError error);
     void failWith(const QString &description);
-    /// Takes leave of the network reply, which tells nothing any more.
-    void dropReply();
+    /// Takes leave of the service, after which nothing more is told.
+    void leave();
 
-    QNetworkAccessManager *m_network;
     AssistantService m_service;
-    QNetworkReply *m_reply = nullptr;
+    ChatRequestBody m_body;
+    QSslSocket m_socket;
     QTimer m_idleTimer;
-    LineDecoder m_decoder;
-    qint64 m_receivedSize = 0;
+    HttpResponseReader m_response;
+    LineDecoder m_lines;
+    qint64 m_replySize = 0;
+    bool m_hasEnded = false;
 };

@@ -4,7 +4,6 @@
 #include <QJsonDocument>
 
 #include <algorithm>
-#include <cstring>
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -43,14 +42,14 @@ qsizetype base64Length(qsizetype size)
 
 } // namespace
 
-std::unique_ptr<ChatRequestBody> ChatRequestBody::serialise(const ChatRequest &request)
+std::optional<ChatRequestBody> ChatRequestBody::serialise(const ChatRequest &request)
 {
     const ChatRequestImage image = request.image.value_or(ChatRequestImage());
     const QString mimeType = image.mimeType.value_or(u"image/jpeg"_s);
     const QString name = image.name.value_or(u"imagen"_s);
     for (const QString &text : {request.message, request.userId, mimeType, name}) {
         if (text.size() > maximumTextLength)
-            return nullptr;
+            return std::nullopt;
     }
 
     QByteArray head = R"({"message":)" + jsonString(request.message) + R"(,"userId":)"
@@ -61,40 +60,21 @@ std::unique_ptr<ChatRequestBody> ChatRequestBody::serialise(const ChatRequest &r
         tail = R"(","imageMimeType":)" + jsonString(mimeType) + R"(,"imageName":)"
             + jsonString(name) + '}';
     }
-    return std::unique_ptr<ChatRequestBody>(new ChatRequestBody(head, image.data, tail));
+    return ChatRequestBody(head, image.data, tail);
 }
 
 ChatRequestBody::ChatRequestBody(const QByteArray &head, const QByteArray &image,
                                  const QByteArray &tail)
     : m_contentLength(head.size() + base64Length(image.size()) + tail.size())
-    , m_block(head)
+    , m_head(head)
     , m_image(image)
     , m_tail(tail)
-{
-    open(ReadOnly | Unbuffered);
-}
-
-qint64 ChatRequestBody::readData(char *data, qint64 maximumSize)
-{
-    if (m_blockOffset == m_block.size()) {
-        m_block = takeNextBlock();
-        m_blockOffset = 0;
-    }
-    if (m_block.isEmpty())
-        return -1;
-    const qint64 size = std::min<qint64>(maximumSize, m_block.size() - m_blockOffset);
-    std::memcpy(data, m_block.constData() + m_blockOffset, size);
-    m_blockOffset += size;
-    return size;
-}
-
-qint64 ChatRequestBody::writeData(const char *, qint64)
-{
-    return -1;
-}
+{ }
 
 QByteArray ChatRequestBody::takeNextBlock()
 {
+    if (!m_head.isEmpty())
+        return std::exchange(m_head, {});
     if (m_imageOffset == m_image.size())
         return std::exchange(m_tail, {});
     const qsizetype size = std::min(imageBlockSize, m_image.size() - m_imageOffset);

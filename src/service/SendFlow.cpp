@@ -6,8 +6,6 @@
 #include "InstallationIdentity.h"
 #include "ReplyTask.h"
 
-#include <QNetworkProxy>
-
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -19,10 +17,7 @@ SendFlow::SendFlow(ContentView *contentView, InstallationIdentity *identity,
     , m_identity(identity)
     , m_makePreview(std::move(makePreview))
     , m_service(std::move(service))
-{
-    // What the environment names as a proxy must not come between the user and the service.
-    m_network.setProxy(QNetworkProxy::NoProxy);
-}
+{ }
 
 void SendFlow::sendMessage()
 {
@@ -54,13 +49,13 @@ void SendFlow::sendMessage()
     m_contentView->setLoading(true);
 
     const QUuid assistantMessageID = QUuid::createUuid();
-    auto body = ChatRequestBody::serialise(
+    const auto body = ChatRequestBody::serialise(
         {.message = requestText, .userId = m_identity->installationUserId(), .image = image});
     if (!body) {
         m_contentView->appendAssistantNotice(u"No pude preparar la consulta."_s);
         return;
     }
-    startExchange(std::move(body), assistantMessageID, *conversationID);
+    startExchange(*body, assistantMessageID, *conversationID);
 }
 
 std::optional<ChatRequestImage> SendFlow::pendingImage() const
@@ -73,15 +68,15 @@ std::optional<ChatRequestImage> SendFlow::pendingImage() const
                             .mimeType = m_contentView->selectedImageMimeType()};
 }
 
-void SendFlow::startExchange(std::unique_ptr<ChatRequestBody> body, const QUuid &assistantMessageID,
+void SendFlow::startExchange(const ChatRequestBody &body, const QUuid &assistantMessageID,
                              const QUuid &conversationID)
 {
-    auto *exchange = new AssistantExchange(&m_network, m_service, this);
+    auto *exchange = new AssistantExchange(m_service, body, this);
     auto *task = new ReplyTask(m_contentView, assistantMessageID, conversationID, exchange);
     connect(exchange, &AssistantExchange::linesReceived, task, &ReplyTask::appendLines);
     connect(exchange, &AssistantExchange::finished, task, &ReplyTask::finish);
     connect(exchange, &AssistantExchange::failed, task, &ReplyTask::fail);
     connect(exchange, &AssistantExchange::finished, exchange, &QObject::deleteLater);
     connect(exchange, &AssistantExchange::failed, exchange, &QObject::deleteLater);
-    exchange->start(std::move(body));
+    exchange->start();
 }

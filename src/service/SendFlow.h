@@ -4,13 +4,11 @@
 #include "ChatRequest.h"
 
 #include <QByteArray>
-#include <QNetworkAccessManager>
 #include <QObject>
 #include <QUuid>
 #include <QtQml/qqmlregistration.h>
 
 #include <functional>
-#include <memory>
 #include <optional>
 
 class ChatRequestBody;
@@ -39,12 +37,11 @@ public:
 private:
     /// The image to be sent: none while image analysis is off, whatever the composer holds.
     std::optional<ChatRequestImage> pendingImage() const;
-    void startExchange(std::unique_ptr<ChatRequestBody> body, const QUuid &assistantMessageID,
+    void startExchange(const ChatRequestBody &body, const QUuid &assistantMessageID,
                        const QUuid &conversationID);
 
     ContentView *m_contentView;
     InstallationIdentity *m_identity;
     PreviewMaker m_makePreview;
     AssistantService m_service;
-    QNetworkAccessManager m_network;
 };

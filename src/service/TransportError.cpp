@@ -18,26 +18,25 @@ NetworkPresence currentNetworkPresence()
     return hasNetwork ? NetworkPresence::Present : NetworkPresence::Absent;
 }
 
-TransportError transportErrorFrom(QNetworkReply::NetworkError error, NetworkPresence presence)
+TransportError transportErrorFrom(QAbstractSocket::SocketError error, NetworkPresence presence)
 {
     switch (error) {
-    case QNetworkReply::ConnectionRefusedError:
+    case QAbstractSocket::ConnectionRefusedError:
         return TransportError::ConnectionRefused;
-    case QNetworkReply::RemoteHostClosedError:
+    case QAbstractSocket::RemoteHostClosedError:
         return TransportError::ConnectionLost;
-    case QNetworkReply::SslHandshakeFailedError:
+    case QAbstractSocket::SslHandshakeFailedError:
+    case QAbstractSocket::SslInternalError:
+    case QAbstractSocket::SslInvalidUserDataError:
         return TransportError::SecureConnectionFailed;
-    case QNetworkReply::TimeoutError:
+    case QAbstractSocket::SocketTimeoutError:
         return TransportError::TimedOut;
-    case QNetworkReply::TemporaryNetworkFailureError:
-    case QNetworkReply::NetworkSessionFailedError:
-        return TransportError::NoNetwork;
-    case QNetworkReply::HostNotFoundError:
+    case QAbstractSocket::HostNotFoundError:
         return presence == NetworkPresence::Absent ? TransportError::NoNetwork
                                                    : TransportError::HostNotFound;
-    case QNetworkReply::UnknownNetworkError:
+    case QAbstractSocket::NetworkError:
         return presence == NetworkPresence::Absent ? TransportError::NoNetwork
-                                                   : TransportError::Other;
+                                                   : TransportError::ConnectionLost;
     default:
         return TransportError::Other;
     }

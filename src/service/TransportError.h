@@ -1,6 +1,6 @@
 #pragma once
 
-#include <QNetworkReply>
+#include <QAbstractSocket>
 #include <QString>
 
 /// Why bytes did not get to the service or back.
@@ -24,7 +24,7 @@ NetworkPresence currentNetworkPresence();
 
 /// What the toolkit's `error` means here. Without a network every name is unknown and every
 /// address unreachable, so those are then told as what they are.
-TransportError transportErrorFrom(QNetworkReply::NetworkError error, NetworkPresence presence);
+TransportError transportErrorFrom(QAbstractSocket::SocketError error, NetworkPresence presence);
 
 /// One Spanish sentence for the user: the toolkit's own texts are English and quote the address.
 QString transportErrorDescription(TransportError error);
