@@ -140,15 +140,14 @@ void PreferenceWriter::serveRead(std::unique_lock<std::mutex> &lock)
 
 void PreferenceWriter::commit(std::unique_lock<std::mutex> &lock)
 {
-    m_inFlight = std::exchange(m_pending, {});
-    const PendingValues values = m_inFlight;
+    PendingValues values = m_inFlight = std::exchange(m_pending, {});
     lock.unlock();
     QHash<QString, PreferenceValue> changes;
     for (auto it = values.cbegin(); it != values.cend(); ++it)
         changes.insert(it.key(), evaluated(it.value()));
     auto failure = m_backend->commit(changes);
-    lock.lock();
 
+    lock.lock();
     if (!failure) {
         m_isFailing = false;
         m_retryDelay = firstRetryDelay;
@@ -161,13 +160,15 @@ void PreferenceWriter::commit(std::unique_lock<std::mutex> &lock)
         m_retryDelay = std::min(2 * m_retryDelay, longestRetryDelay);
     }
     m_inFlight.clear();
-    const bool isNews = failure && !std::exchange(m_isFailing, failure.has_value());
+    const bool isNews = failure && !std::exchange(m_isFailing, true);
     if (isNews)
         m_untakenFailure = std::move(failure);
     m_progress.notify_all();
-    if (isNews) {
-        lock.unlock();
+
+    lock.unlock();
+    if (isNews)
         m_failed();
-        lock.lock();
-    }
+    // The last hold on a large history may be here; nobody waits while it is let go.
+    values.clear();
+    lock.lock();
 }

@@ -22,6 +22,16 @@ constexpr QFile::Permissions privateFolder = privateFile | QFile::ExeOwner;
 /// The database, and the log and its index that SQLite keeps beside it.
 const std::array fileSuffixes{QString(), u"-wal"_s, u"-shm"_s};
 
+/// Leaves what the owner may do as it is: a folder made read-only is meant to be.
+void withdrawFromOthers(const QString &path)
+{
+    const QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup
+        | QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
+    const QFile::Permissions permissions = QFile::permissions(path);
+    if (permissions & others)
+        QFile::setPermissions(path, permissions & ~others);
+}
+
 QSqlError folderError()
 {
     return {{}, u"no se puede escribir en la carpeta de datos"_s, QSqlError::ConnectionError};
@@ -194,16 +204,18 @@ SqlitePreferenceBackend::Failure SqlitePreferenceBackend::connectTo(const QStrin
 SqlitePreferenceBackend::Failure SqlitePreferenceBackend::makePrivateFile() const
 {
     const QString folder = QFileInfo(m_path).absolutePath();
-    if (!QDir().mkpath(folder))
+    if (QFileInfo::exists(folder))
+        withdrawFromOthers(folder);
+    else if (!QDir().mkpath(folder) || !QFile::setPermissions(folder, privateFolder))
         return folderError();
-    QFile::setPermissions(folder, privateFolder);
+
     QFile file(m_path);
-    if (!file.exists() && !file.open(QFile::NewOnly | QFile::WriteOnly, privateFile))
+    if (!file.exists()
+        && (!file.open(QFile::NewOnly | QFile::WriteOnly, privateFile)
+            || !file.setPermissions(privateFile)))
         return folderError();
-    for (const QString &suffix : fileSuffixes) {
-        if (QFileInfo(m_path + suffix).isFile())
-            QFile::setPermissions(m_path + suffix, privateFile);
-    }
+    for (const QString &suffix : fileSuffixes)
+        withdrawFromOthers(m_path + suffix);
     return std::nullopt;
 }
 

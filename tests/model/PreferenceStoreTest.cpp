@@ -350,12 +350,12 @@ void PreferenceStoreTest::retriesByItself()
     memory->setFailure(u"full"_s);
     PreferenceStore store(std::make_unique<MemoryPreferenceBackend>(memory));
     store.setString(u"text"_s, u"1"_s);
-    QTRY_COMPARE(memory->attempts().size(), 3);
+    QTRY_COMPARE_WITH_TIMEOUT(memory->attempts().size(), 3, 20'000);
     const auto attempts = memory->attempts();
     QVERIFY(attempts[1] - attempts[0] >= 1s);
     QVERIFY(attempts[2] - attempts[1] >= 2s);
     memory->setFailure(std::nullopt);
-    QTRY_COMPARE_WITH_TIMEOUT(memory->value(u"text"_s), PreferenceValue(u"1"_s), 10'000);
+    QTRY_COMPARE_WITH_TIMEOUT(memory->value(u"text"_s), PreferenceValue(u"1"_s), 20'000);
 }
 
 void PreferenceStoreTest::retriesWithTheNextChange()
