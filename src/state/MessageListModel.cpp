@@ -76,7 +76,8 @@ QVariant MessageListModel::data(const QModelIndex &index, int role) const
     case AttachmentNameRole:
         return message.attachmentName.value_or(QString());
     case ImagePreviewDataRole:
-        return message.imagePreviewData.value_or(QByteArray());
+        // Empty but not null, which a view could not ask for its length.
+        return message.imagePreviewData.value_or(QByteArray(""));
     default:
         return {};
     }

@@ -1,0 +1,213 @@
+#include "LineBreaking.h"
+
+#include "CharacterClass.h"
+#include "TextFace.h"
+
+#include <algorithm>
+#include <optional>
+
+namespace {
+// How much text is shaped at once. The toolkit looks at a whole word again for every line it makes
+// of it, so a word of a million characters takes 16 s at once and a third of a second in pieces.
+constexpr qsizetype longestShapedText = 1024;
+
+// Fills lines with words of known widths.
+class PlainLineFiller
+{
+public:
+    PlainLineFiller(const TextFace &face, double width)
+        : m_face(face)
+        , m_width(width)
+    { }
+
+    // False when the word does not fit on a line of its own.
+    bool addWordPart(qsizetype length, double width)
+    {
+        if (m_x + width > m_width && m_break.position > m_lineStart)
+            endLineAtBreak();
+        m_position += length;
+        m_x += width;
+        m_visibleX = m_x;
+        return m_x <= m_width;
+    }
+
+    void addSpaces(qsizetype count, double width)
+    {
+        m_position += count;
+        m_x += width;
+        allowBreak();
+    }
+
+    void allowBreak() { m_break = {m_position, m_x, m_visibleX}; }
+
+    QList<TextLine> finished()
+    {
+        appendLine(m_position, m_visibleX);
+        return std::move(m_lines);
+    }
+
+private:
+    struct BreakPlace
+    {
+        qsizetype position = 0;
+        double x = 0;
+        double visibleX = 0;
+    };
+
+    void endLineAtBreak()
+    {
+        appendLine(m_break.position, m_break.visibleX);
+        m_lineStart = m_break.position;
+        m_x -= m_break.x;
+        m_visibleX = std::max(m_visibleX - m_break.x, 0.0);
+    }
+
+    void appendLine(qsizetype end, double width)
+    {
+        m_lines.append({.start = m_lineStart,
+                        .length = end - m_lineStart,
+                        .top = double(m_lines.size()) * m_face.lineHeight(),
+                        .width = width,
+                        .ascent = m_face.ascent(),
+                        .height = m_face.lineHeight()});
+    }
+
+    const TextFace &m_face;
+    double m_width;
+    QList<TextLine> m_lines;
+    qsizetype m_lineStart = 0;
+    qsizetype m_position = 0;
+    double m_x = 0; // within the line, the spaces included
+    double m_visibleX = 0; // where its last word ends
+    BreakPlace m_break;
+};
+
+qsizetype lengthOfSpaces(QStringView text)
+{
+    return std::ranges::find_if(text, [](QChar c) { return c != u' '; }) - text.begin();
+}
+
+bool addWord(PlainLineFiller &filler, QStringView text, const TextFace::Word &word)
+{
+    if (!word.isPlain)
+        return false;
+    TextFace::Break done;
+    for (const TextFace::Break &next : word.breaks) {
+        if (!filler.addWordPart(next.position - done.position, next.width - done.width))
+            return false;
+        filler.allowBreak();
+        done = next;
+    }
+    return filler.addWordPart(text.size() - done.position, word.width - done.width);
+}
+
+// Nothing when the text is not all plain words that fit.
+std::optional<QList<TextLine>> plainLines(const AttributedText &text, double width)
+{
+    PlainLineFiller filler(TextFace::of(text.size, QFont::Normal), width);
+    for (const AttributedText::Run &run : text.runs) {
+        TextFace &face = TextFace::of(text.size, run.weight);
+        QStringView rest = QStringView(text.text).sliced(run.start, run.length);
+        while (!rest.isEmpty()) {
+            if (const qsizetype spaces = lengthOfSpaces(rest)) {
+                filler.addSpaces(spaces, double(spaces) * face.spaceWidth());
+                rest = rest.sliced(spaces);
+                continue;
+            }
+            const qsizetype space = rest.indexOf(u' ');
+            const QStringView word = space < 0 ? rest : rest.first(space);
+            if (!addWord(filler, word, face.word(word)))
+                return std::nullopt;
+            rest = rest.sliced(word.size());
+        }
+    }
+    return filler.finished();
+}
+
+// A layout of a stretch of the text with the weights of its runs.
+std::unique_ptr<QTextLayout> layoutOf(const AttributedText &text, Qt::LayoutDirection direction,
+                                      qsizetype start, qsizetype length)
+{
+    auto layout = std::make_unique<QTextLayout>(text.text.sliced(start, length),
+                                                TextFace::of(text.size, QFont::Normal).font());
+    QTextOption option;
+    option.setTextDirection(direction);
+    option.setAlignment(Qt::AlignLeft | Qt::AlignAbsolute);
+    option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
+    layout->setTextOption(option);
+
+    QList<QTextLayout::FormatRange> formats;
+    auto run = std::ranges::upper_bound(
+        text.runs, start, {}, [](const AttributedText::Run &r) { return r.start + r.length; });
+    for (; run != text.runs.end() && run->start < start + length; ++run) {
+        const qsizetype from = std::max(run->start, start);
+        const qsizetype to = std::min(run->start + run->length, start + length);
+        QTextCharFormat format;
+        format.setFont(TextFace::of(text.size, run->weight).font());
+        formats.append({int(from - start), int(to - from), format});
+    }
+    layout->setFormats(formats);
+    return layout;
+}
+
+qsizetype endOfShapedText(const QString &text, qsizetype start)
+{
+    const qsizetype end = std::min(start + longestShapedText, text.size());
+    const bool splitsPair
+        = end < text.size() && text[end].isLowSurrogate() && text[end - 1].isHighSurrogate();
+    return splitsPair ? end - 1 : end;
+}
+
+QList<TextLine> shapedLines(const AttributedText &text, Qt::LayoutDirection direction, double width)
+{
+    QList<TextLine> lines;
+    double top = 0;
+    qsizetype start = 0;
+    do {
+        const qsizetype end = endOfShapedText(text.text, start);
+        const auto layout = layoutOf(text, direction, start, end - start);
+        layout->beginLayout();
+        for (QTextLine line = layout->createLine(); line.isValid(); line = layout->createLine())
+            line.setLineWidth(width);
+        layout->endLayout();
+
+        // The last line may go on in what was not shaped yet, so it is made again with it.
+        const bool isLast = end == text.text.size();
+        const int complete = isLast ? layout->lineCount() : std::max(layout->lineCount() - 1, 1);
+        qsizetype next = start;
+        for (int i = 0; i < complete; ++i) {
+            const QTextLine line = layout->lineAt(i);
+            lines.append({.start = start + line.textStart(),
+                          .length = line.textLength(),
+                          .top = top,
+                          .width = line.naturalTextWidth(),
+                          .ascent = line.ascent(),
+                          .height = line.height()});
+            top += line.height();
+            next = start + line.textStart() + line.textLength();
+        }
+        start = std::max(next, start + 1);
+    } while (start < text.text.size());
+    return lines;
+}
+} // namespace
+
+QList<TextLine> breakLines(const AttributedText &text, Qt::LayoutDirection direction, double width)
+{
+    if (auto lines = plainLines(text, width))
+        return *lines;
+    return shapedLines(text, direction, width);
+}
+
+std::unique_ptr<QTextLayout> shapedLine(const AttributedText &text, Qt::LayoutDirection direction,
+                                        const TextLine &line)
+{
+    auto layout = layoutOf(text, direction, line.start, line.length);
+    QTextOption option = layout->textOption();
+    option.setWrapMode(QTextOption::NoWrap);
+    layout->setTextOption(option);
+    layout->beginLayout();
+    layout->createLine().setLineWidth(line.width);
+    layout->endLayout();
+    return layout;
+}

@@ -1,0 +1,54 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import Aulora.Render
+
+// One message of a conversation, the user's or the assistant's, as wide as the list.
+MessageSlot {
+    id: bubble
+
+    required property string messageText
+    required property bool isUser
+    required property bool hasAttachmentName
+    required property string attachmentName
+    required property var imagePreviewData
+    required property real textScale
+    required property bool showImagePreview
+
+    /// The thumbnail was pressed; `bytes` are the preview's.
+    signal imageTapped(bytes: var)
+
+    implicitHeight: layout.height
+
+    LazyItem {
+        id: layout
+
+        component: bubble.isUser ? userLayout : assistantLayout
+    }
+
+    Component {
+        id: userLayout
+
+        UserMessage {
+            width: bubble.width
+            text: bubble.messageText
+            hasAttachmentName: bubble.hasAttachmentName
+            attachmentName: bubble.attachmentName
+            imagePreviewData: bubble.imagePreviewData
+            textScale: bubble.textScale
+            showImagePreview: bubble.showImagePreview
+            nearViewport: bubble.nearViewport
+            onImageTapped: bytes => bubble.imageTapped(bytes)
+        }
+    }
+
+    Component {
+        id: assistantLayout
+
+        AssistantMessage {
+            width: bubble.width
+            text: bubble.messageText
+            textScale: bubble.textScale
+            nearViewport: bubble.nearViewport
+        }
+    }
+}

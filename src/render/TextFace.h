@@ -1,0 +1,55 @@
+#pragma once
+
+#include <QFont>
+#include <QHash>
+#include <QList>
+#include <QString>
+#include <QStringView>
+
+/// The interface font at one size and weight, and the widths of the words that were set in it.
+///
+/// Conversations repeat their words. Shaping a row of 120 characters takes 64 µs on the machine
+/// this was measured on, adding up the known widths of its words 2 µs; the sum is the same, since
+/// the font does not kern across spaces.
+class TextFace
+{
+public:
+    /// A place within a word where a line may end, for example after a hyphen.
+    struct Break
+    {
+        qsizetype position = 0;
+        double width = 0; ///< of what comes before
+    };
+
+    struct Word
+    {
+        double width = 0;
+        /// Written from left to right, without marks to place, and all in this font: only then do
+        /// widths add up.
+        bool isPlain = false;
+        QList<Break> breaks;
+    };
+
+    /// The face for `points` and `weight`; made once and kept. Belongs to the UI thread.
+    static TextFace &of(double points, QFont::Weight weight);
+
+    const QFont &font() const { return m_font; }
+    /// Of a line of plain words, in points.
+    double ascent() const { return m_ascent; }
+    double lineHeight() const { return m_lineHeight; }
+    double spaceWidth() const { return m_spaceWidth; }
+
+    /// What is known of `text`, which holds no space; measured if need be. Valid until the next
+    /// call.
+    const Word &word(QStringView text);
+
+private:
+    TextFace(double points, QFont::Weight weight);
+    Word measured(const QString &text) const;
+
+    QFont m_font;
+    double m_ascent = 0;
+    double m_lineHeight = 0;
+    double m_spaceWidth = 0;
+    QHash<QString, Word> m_words;
+};

@@ -1,0 +1,112 @@
+#include "TextRow.h"
+
+#include <QPainter>
+
+#include <algorithm>
+
+namespace {
+bool isControl(QChar c)
+{
+    return c.category() == QChar::Other_Control && c != u'\t';
+}
+
+QChar shownControl(QChar c)
+{
+    constexpr char16_t nextLine = 0x85;
+    const bool movedThePaper = (c >= u'\n' && c <= u'\r') || c == QChar(nextLine);
+    return movedThePaper ? QChar(QChar::Space) : QChar(QChar::ReplacementCharacter);
+}
+
+// The same length as `text`, so that positions and runs hold.
+QString shownText(QString text)
+{
+    for (qsizetype i = 0; i < text.size(); ++i) {
+        const QChar c = std::as_const(text)[i];
+        if (c.isHighSurrogate() && i + 1 < text.size()
+            && std::as_const(text)[i + 1].isLowSurrogate())
+            ++i;
+        else if (c.isSurrogate())
+            text[i] = QChar::ReplacementCharacter;
+        else if (isControl(c))
+            text[i] = shownControl(c);
+    }
+    return text;
+}
+} // namespace
+
+TextRow::TextRow(AttributedText text, Marker marker)
+    : m_text(std::move(text))
+    , m_marker(marker)
+{
+    m_text.text = shownText(std::move(m_text.text));
+    m_direction = m_text.text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight;
+}
+
+TextRow TextRow::spacer(double height)
+{
+    TextRow row;
+    row.m_spacerHeight = height;
+    return row;
+}
+
+void TextRow::breakLines(double width)
+{
+    if (isSpacer())
+        return;
+    m_lines = ::breakLines(m_text, m_direction, width - indent());
+    m_width = indent() + std::ranges::max(m_lines, {}, &TextLine::width).width;
+}
+
+double TextRow::height() const
+{
+    if (m_spacerHeight)
+        return *m_spacerHeight;
+    return m_lines.isEmpty() ? 0 : m_lines.last().top + m_lines.last().height;
+}
+
+void TextRow::draw(QPainter &painter, QPointF topLeft, VerticalBand band, const TextColors &colors,
+                   TextRange selection) const
+{
+    if (m_lines.isEmpty())
+        return;
+    if (m_marker == Marker::dot) {
+        // A shape's baseline is its lower edge, and the two share theirs.
+        const QRectF dot(topLeft + QPointF(0, m_lines.first().ascent - dotSize),
+                         QSizeF(dotSize, dotSize));
+        painter.setPen(Qt::NoPen);
+        painter.setBrush(colors.dot);
+        painter.drawEllipse(dot);
+    }
+    painter.setPen(colors.text);
+    for (auto line = lineAt(band.top); line != m_lines.end() && line->top < band.bottom; ++line) {
+        const auto layout = shapedLine(m_text, m_direction, *line);
+        const qsizetype from = std::max(selection.start, line->start) - line->start;
+        const qsizetype to = std::min(selection.end, line->start + line->length) - line->start;
+        QList<QTextLayout::FormatRange> selections;
+        if (from < to) {
+            QTextCharFormat format;
+            format.setBackground(colors.selection);
+            selections.append({int(from), int(to - from), format});
+        }
+        layout->draw(&painter, topLeft + QPointF(indent(), line->top), selections);
+    }
+}
+
+qsizetype TextRow::positionAt(QPointF point) const
+{
+    if (m_lines.isEmpty())
+        return 0;
+    const auto line = lineAt(point.y());
+    const auto layout = shapedLine(m_text, m_direction, *line);
+    const qsizetype position = line->start + layout->lineAt(0).xToCursor(point.x() - indent());
+    // The space at which a line was broken stays on it; what follows is on the next one.
+    const bool isAtNextLine = line + 1 != m_lines.end() && position == line->start + line->length
+        && m_text.text[position - 1] == u' ';
+    return isAtNextLine ? position - 1 : position;
+}
+
+QList<TextLine>::const_iterator TextRow::lineAt(double y) const
+{
+    const auto after = std::ranges::upper_bound(m_lines, y, {}, &TextLine::top);
+    return after == m_lines.begin() ? after : std::prev(after);
+}

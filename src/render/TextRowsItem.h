@@ -1,0 +1,102 @@
+#pragma once
+
+#include "TextRow.h"
+#include "TextSelection.h"
+#include "TextTiles.h"
+
+#include <QBasicTimer>
+#include <QColor>
+#include <QPointer>
+#include <QQuickItem>
+#include <QtQml/qqmlregistration.h>
+
+#include <vector>
+
+class MessageSlot;
+
+/// Rows of text, one below the other.
+///
+/// Its implicit size is exact as soon as it has a width to wrap at. It is painted only where it is
+/// near the visible part of the list, as the `MessageSlot` around it says.
+class TextRowsItem : public QQuickItem
+{
+    Q_OBJECT
+    QML_ANONYMOUS
+    Q_PROPERTY(double wrapWidth READ wrapWidth WRITE setWrapWidth NOTIFY wrapWidthChanged)
+    Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorsChanged)
+    Q_PROPERTY(QString plainText READ plainText NOTIFY plainTextChanged)
+
+public:
+    /// In points; without one nothing is laid out.
+    double wrapWidth() const { return m_wrapWidth; }
+    void setWrapWidth(double width);
+    QColor color() const { return m_colors.text; }
+    void setColor(QColor color);
+
+    /// The rows as they are shown, one a line. While rows are only added to the end its change is
+    /// told once a second at most: whoever reads it aloud must not hear of every line.
+    QString plainText() const;
+
+    qsizetype rowCount() const { return qsizetype(m_rows.size()); }
+    const TextRow &row(qsizetype index) const { return m_rows.at(index).row; }
+    /// In points below the item's top.
+    double rowTop(qsizetype index) const { return m_rows.at(index).top; }
+
+Q_SIGNALS:
+    void wrapWidthChanged();
+    void colorsChanged();
+    void plainTextChanged();
+
+protected:
+    TextRowsItem(double rowSpacing, QQuickItem *parent);
+
+    /// Brings the rows in line with what they come from, through `replaceRows`.
+    virtual void updateRows() = 0;
+    /// Has `updateRows` called before the next frame, once for all that arrives until then.
+    void scheduleRows();
+    /// Replaces all rows from `first` on.
+    void replaceRows(qsizetype first, std::vector<TextRow> rows);
+
+    /// What is drawn as selected.
+    virtual TextSpan selection() const { return {}; }
+    void repaintRows(qsizetype first, qsizetype last);
+    const TextColors &colors() const { return m_colors; }
+    void setColors(const TextColors &colors);
+
+    TextPosition positionAt(QPointF point) const;
+
+    void componentComplete() override;
+    void itemChange(ItemChange change, const ItemChangeData &value) override;
+    void updatePolish() override;
+    QSGNode *updatePaintNode(QSGNode *node, UpdatePaintNodeData *data) override;
+    void timerEvent(QTimerEvent *event) override;
+
+private:
+    struct PlacedRow
+    {
+        TextRow row;
+        double top = 0;
+        double widest = 0; ///< of this row and all before it
+
+        double bottom() const { return top + row.height(); }
+    };
+    using Rows = std::vector<PlacedRow>;
+
+    void placeRows(qsizetype first);
+    void tellPlainText(qsizetype firstChanged);
+    Rows::const_iterator rowAt(double y) const;
+    void paint(QPainter &painter, VerticalBand band) const;
+    void findSlot();
+    VerticalBand nearBand() const;
+    QPointF offsetToWholePixels(double ratio) const;
+
+    double m_rowSpacing;
+    double m_wrapWidth = 0;
+    TextColors m_colors;
+    Rows m_rows;
+    bool m_rowsAreStale = true;
+    TextTiles m_tiles;
+    QPointer<MessageSlot> m_slot;
+    QBasicTimer m_plainTextTimer;
+    bool m_plainTextIsUntold = false;
+};

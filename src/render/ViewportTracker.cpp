@@ -1,0 +1,66 @@
+#include "ViewportTracker.h"
+
+#include "MessageSlot.h"
+
+#include <utility>
+
+void ViewportTracker::setFlickable(QQuickItem *flickable)
+{
+    if (m_flickable == flickable)
+        return;
+    if (m_flickable)
+        m_flickable->disconnect(this);
+    m_flickable = flickable;
+    if (m_flickable) {
+        // By name, since the type of the toolkit's flickable is not public.
+        connect(m_flickable, SIGNAL(contentYChanged()), this, SLOT(schedule()));
+        connect(m_flickable, &QQuickItem::heightChanged, this, &ViewportTracker::schedule);
+    }
+    schedule();
+    Q_EMIT flickableChanged();
+}
+
+void ViewportTracker::setContent(QQuickItem *content)
+{
+    if (m_content == content)
+        return;
+    if (m_content)
+        m_content->disconnect(this);
+    m_content = content;
+    if (m_content) {
+        connect(m_content, &QQuickItem::childrenChanged, this,
+                &ViewportTracker::scheduleAfterLayout);
+        connect(m_content, &QQuickItem::heightChanged, this, &ViewportTracker::scheduleAfterLayout);
+    }
+    scheduleAfterLayout();
+    Q_EMIT contentChanged();
+}
+
+void ViewportTracker::scheduleAfterLayout()
+{
+    m_awaitsLayout = true;
+    schedule();
+}
+
+void ViewportTracker::updatePolish()
+{
+    // Painted before it is seen, so that a step of the wheel shows nothing unfinished.
+    constexpr double margin = 256;
+
+    if (!m_flickable || !m_content)
+        return;
+    // Until the column has placed its new slots they all lie on top of each other.
+    if (std::exchange(m_awaitsLayout, false))
+        QMetaObject::invokeMethod(m_content, "forceLayout");
+    const double top = m_content->mapFromItem(m_flickable, {}).y() - margin;
+    const double bottom = top + m_flickable->height() + 2 * margin;
+    const auto children = m_content->childItems();
+    for (QQuickItem *child : children) {
+        auto *slot = qobject_cast<MessageSlot *>(child);
+        if (!slot)
+            continue;
+        const VerticalBand near{std::max(top - slot->y(), 0.0),
+                                std::min(bottom - slot->y(), slot->height())};
+        slot->setNearBand(near.isEmpty() ? VerticalBand() : near);
+    }
+}

@@ -1,0 +1,141 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import Aulora.Render
+import Aulora.State
+import Aulora.Theme
+import Aulora.Ui
+
+/// The messages of the selected conversation, or the study home while there is none. It follows
+/// what is new to the end of the list.
+ScrollPane {
+    id: pane
+
+    required property MessageListModel messages
+    required property bool isLoading
+    required property bool replyHasStarted
+    required property real textScale
+    required property bool showImagePreviews
+    /// What an empty conversation shows, as wide as the list.
+    required property Component studyHome
+
+    readonly property bool showsThinkingRow: isLoading && !replyHasStarted
+
+    /// The thumbnail of a message was pressed; `bytes` are its image.
+    signal imageTapped(bytes: var)
+
+    contentHeight: stack.height
+
+    onIsLoadingChanged: {
+        if (!observers.enabled)
+            return;
+        scroller.scrollToBottom();
+        if (!isLoading)
+            announcement.say("Respuesta terminada");
+    }
+    onReplyHasStartedChanged: {
+        if (observers.enabled && replyHasStarted)
+            announcement.say("Aulora IA está respondiendo");
+    }
+
+    // A press beside everything takes the focus, and with it the selection, away from a message.
+    MouseArea {
+        parent: pane
+        anchors.fill: parent
+        z: -1
+        onPressed: pane.forceActiveFocus(Qt.MouseFocusReason)
+    }
+
+    Column {
+        id: stack
+
+        width: pane.width
+        leftPadding: 32
+        rightPadding: leftPadding
+        topPadding: 22
+        bottomPadding: topPadding
+        spacing: 23
+
+        readonly property real availableWidth: width - leftPadding - rightPadding
+
+        LazyItem {
+            active: pane.messages.count === 0
+            visible: active
+            component: pane.studyHome
+            onItemChanged: {
+                if (item)
+                    item.width = Qt.binding(() => stack.availableWidth);
+            }
+        }
+
+        Repeater {
+            model: pane.messages
+
+            MessageBubble {
+                tracked: true
+                width: stack.availableWidth
+                height: implicitHeight
+                textScale: pane.textScale
+                showImagePreview: pane.showImagePreviews
+                onImageTapped: bytes => pane.imageTapped(bytes)
+            }
+        }
+
+        LazyItem {
+            active: pane.showsThinkingRow
+            visible: active
+
+            ActivityRow {}
+        }
+
+        Item {
+            id: bottom
+
+            width: stack.availableWidth
+            height: 1
+        }
+    }
+
+    ViewportTracker {
+        flickable: pane
+        content: stack
+    }
+
+    Connections {
+        id: observers
+
+        target: pane.messages
+        enabled: false
+
+        function onChanged() {
+            scroller.scrollToBottom();
+        }
+    }
+
+    // What is there when the pane is first shown is no change.
+    Component.onCompleted: observers.enabled = true
+
+    BottomScroller {
+        id: scroller
+
+        onScrollDue: {
+            following.to = Math.max(0, bottom.y + bottom.height - pane.height);
+            following.restart();
+        }
+    }
+
+    NumberAnimation {
+        id: following
+
+        target: pane
+        property: "contentY"
+        duration: 180
+        easing.type: Easing.OutQuad
+    }
+
+    Announcement {
+        id: announcement
+
+        parent: pane
+    }
+}
