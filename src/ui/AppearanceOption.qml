@@ -5,18 +5,16 @@ import Aulora.Theme
 PlainButton {
     id: option
 
-    required property string label
-    required property string icon
     required property bool selected
 
     implicitHeight: 68
+    focusRadius: 12
     Accessible.role: Accessible.RadioButton
-    Accessible.name: label
     Accessible.checkable: true
     Accessible.checked: selected
 
     background: ContinuousRectangle {
-        radius: 12
+        radius: option.focusRadius
         color: option.selected ? Theme.accentAt(0.09) : Theme.primaryAt(0.025)
     }
 
@@ -28,7 +26,7 @@ PlainButton {
 
             Symbol {
                 anchors.horizontalCenter: parent.horizontalCenter
-                name: option.icon
+                name: option.icon.name
                 size: 13
                 color: option.selected ? Theme.accent : Theme.primary
             }
@@ -36,10 +34,11 @@ PlainButton {
             Label {
                 objectName: "text"
                 anchors.horizontalCenter: parent.horizontalCenter
-                text: option.label
+                text: option.text
                 points: 11
                 weight: option.selected ? Font.DemiBold : Font.Normal
                 color: option.selected ? Theme.accent : Theme.primary
+                Accessible.ignored: true
             }
         }
     }

@@ -9,23 +9,22 @@ PlainButton {
     readonly property string description: "Integrá signos, síntomas, laboratorio y fisiopatología."
 
     padding: 15
+    focusRadius: 16
     implicitHeight: contentItem.implicitHeight + topPadding + bottomPadding
-    Accessible.name: title
+    text: title
     Accessible.description: description
 
     background: ContinuousRectangle {
-        radius: 16
+        radius: card.focusRadius
         color: Theme.panelBackground
         borderWidth: 1
         borderColor: Theme.hairline
     }
 
-    contentItem: Item {
-        implicitHeight: Math.max(tile.height, texts.height)
+    contentItem: Row {
+        spacing: 15
 
         IconTile {
-            id: tile
-
             objectName: "tile"
             anchors.verticalCenter: parent.verticalCenter
             size: 47
@@ -37,41 +36,40 @@ PlainButton {
         }
 
         Column {
-            id: texts
-
-            anchors.left: tile.right
-            anchors.right: arrow.left
-            anchors.leftMargin: 15
-            anchors.rightMargin: 15
             anchors.verticalCenter: parent.verticalCenter
+            width: parent.width - 47 - 16 - 2 * parent.spacing
             spacing: 4
 
             Label {
-                objectName: "title"
                 width: parent.width
                 text: card.title
                 points: 15
                 weight: Font.DemiBold
                 elide: Text.ElideRight
+                Accessible.ignored: true
             }
 
             Label {
-                objectName: "description"
                 width: parent.width
                 text: card.description
                 points: 10.5
                 color: Theme.secondary
                 elide: Text.ElideRight
+                Accessible.ignored: true
             }
         }
 
-        Symbol {
-            id: arrow
-
-            anchors.right: parent.right
+        Item {
             anchors.verticalCenter: parent.verticalCenter
-            name: "arrow.right"
-            size: 13
+            width: 16
+            height: 16
+
+            Symbol {
+                anchors.right: parent.right
+                anchors.verticalCenter: parent.verticalCenter
+                name: "arrow.right"
+                size: 13
+            }
         }
     }
 }

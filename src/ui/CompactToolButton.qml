@@ -6,15 +6,15 @@ PlainButton {
     id: button
 
     required property string title
-    required property string icon
 
     implicitHeight: 36
+    focusRadius: 10
     leftPadding: 11
     rightPadding: 11
-    Accessible.name: title
+    text: title
 
     background: ContinuousRectangle {
-        radius: 10
+        radius: button.focusRadius
         color: Theme.primaryAt(0.03)
     }
 
@@ -26,7 +26,7 @@ PlainButton {
 
             Symbol {
                 anchors.verticalCenter: parent.verticalCenter
-                name: button.icon
+                name: button.icon.name
                 size: 10.5
                 weight: Font.Medium
             }
@@ -37,6 +37,7 @@ PlainButton {
                 text: button.title
                 points: 10.5
                 weight: Font.Medium
+                Accessible.ignored: true
             }
         }
     }

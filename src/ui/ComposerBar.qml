@@ -1,5 +1,6 @@
 import QtQuick
 import Aulora.Theme
+import Aulora.Ui
 
 /// Where a question is written: attach button, text field and send button, with a disclaimer
 /// underneath.
@@ -43,7 +44,7 @@ FocusScope {
                 anchors.bottom: parent.bottom
                 width: 36
                 height: 43
-                Accessible.name: "Adjuntar imagen"
+                text: "Adjuntar imagen"
                 onClicked: {
                     if (bar.imageAnalysisEnabled)
                         bar.attachRequested();
@@ -84,12 +85,13 @@ FocusScope {
                 anchors.bottom: parent.bottom
                 width: 43
                 height: 43
+                focusRadius: width / 2
                 enabled: bar.canSend
-                Accessible.name: "Enviar"
+                text: "Enviar"
                 onClicked: bar.sendRequested()
 
                 background: ContinuousRectangle {
-                    radius: width / 2
+                    radius: send.focusRadius
                     color: bar.canSend ? Theme.accent : Qt.alpha(Theme.gray, 0.22)
                 }
 

@@ -2,6 +2,7 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import Aulora.Theme
+import Aulora.Ui
 
 /// The multi-line text field of the composer: it grows with its text from one line to five, then
 /// scrolls. Return sends; with Shift or Alt it makes a new line.
@@ -13,17 +14,16 @@ FocusScope {
 
     readonly property int maximumLineCount: 5
 
-    /// Once the text has held a stretch too long to be wrapped at words, it is wrapped anywhere
-    /// until it is replaced from outside: undo may bring the stretch back.
-    property bool wrapsAnywhere: false
+    /// The greatest bulk that the text has had since it was replaced from outside: undo may bring
+    /// any of it back.
+    property int bulk: ComposerRules.Ordinary
 
     signal textEdited(string text)
     signal submitted
     signal pasteRequested
 
     function pasteText() {
-        if (ComposerRules.clipboardHasUnbreakableStretch(ComposerRules.Clipboard))
-            wrapsAnywhere = true;
+        bulk = Math.max(bulk, ComposerRules.clipboardTextBulk(ComposerRules.Clipboard));
         edit.paste();
     }
 
@@ -43,7 +43,7 @@ FocusScope {
     function takeText() {
         if (edit.text === text)
             return;
-        wrapsAnywhere = ComposerRules.hasUnbreakableStretch(text);
+        bulk = ComposerRules.textBulk(text);
         edit.text = text;
         edit.cursorPosition = edit.length;
     }
@@ -73,7 +73,7 @@ FocusScope {
         visible: edit.length === 0 && edit.preeditText === ""
     }
 
-    Flickable {
+    ScrollPane {
         id: scroll
 
         x: 17
@@ -81,7 +81,6 @@ FocusScope {
         width: field.width - 2 * 17
         height: edit.contentHeight * Math.min(1, field.maximumLineCount / edit.lineCount)
         contentHeight: edit.contentHeight
-        clip: true
         onHeightChanged: field.showCursor()
 
         TextEdit {
@@ -92,9 +91,13 @@ FocusScope {
             focus: true
             activeFocusOnTab: true
             textFormat: TextEdit.PlainText
-            wrapMode: field.wrapsAnywhere ? TextEdit.WrapAnywhere : TextEdit.Wrap
+            wrapMode: field.bulk === ComposerRules.Unbreakable ? TextEdit.WrapAnywhere : TextEdit.Wrap
             selectByMouse: true
-            font: Theme.font(14, Font.Normal, 0)
+            font: {
+                const font = Theme.font(14, Font.Normal, 0);
+                font.preferShaping = field.bulk === ComposerRules.Ordinary;
+                return font;
+            }
             color: Theme.primary
             selectionColor: Theme.accentAt(0.24)
             selectedTextColor: Theme.primary
@@ -104,8 +107,7 @@ FocusScope {
             Accessible.multiLine: true
             onCursorRectangleChanged: field.showCursor()
             onTextChanged: {
-                if (!field.wrapsAnywhere && ComposerRules.hasUnbreakableStretch(text))
-                    field.wrapsAnywhere = true;
+                field.bulk = Math.max(field.bulk, ComposerRules.textBulk(text));
                 if (text !== field.text)
                     field.textEdited(text);
             }

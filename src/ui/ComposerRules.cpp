@@ -7,6 +7,8 @@
 
 namespace {
 
+/// Longer than most questions, and still laid out within two frames.
+constexpr qsizetype longestOrdinaryText = 20'000;
 /// Longer than any word or address a person types, and still wrapped within a frame.
 constexpr qsizetype longestStretch = 4000;
 
@@ -22,18 +24,21 @@ bool ComposerRules::canSend(const QString &text, bool hasImage, bool imageAnalys
     return std::any_of(text.cbegin(), text.cend(), [](QChar c) { return !c.isSpace(); });
 }
 
-bool ComposerRules::hasUnbreakableStretch(const QString &text)
+ComposerRules::TextBulk ComposerRules::textBulk(const QString &text)
 {
     qsizetype stretch = 0;
-    return std::any_of(text.cbegin(), text.cend(), [&stretch](QChar c) {
+    const bool isUnbreakable = std::any_of(text.cbegin(), text.cend(), [&stretch](QChar c) {
         stretch = c.isSpace() ? 0 : stretch + 1;
         return stretch > longestStretch;
     });
+    if (isUnbreakable)
+        return TextBulk::Unbreakable;
+    return text.size() > longestOrdinaryText ? TextBulk::Long : TextBulk::Ordinary;
 }
 
-bool ComposerRules::clipboardHasUnbreakableStretch(PasteSource source)
+ComposerRules::TextBulk ComposerRules::clipboardTextBulk(PasteSource source)
 {
     const QClipboard::Mode mode
         = source == PasteSource::Selection ? QClipboard::Selection : QClipboard::Clipboard;
-    return hasUnbreakableStretch(QGuiApplication::clipboard()->text(mode));
+    return textBulk(QGuiApplication::clipboard()->text(mode));
 }

@@ -18,6 +18,15 @@ public:
     enum class PasteSource { Clipboard, Selection };
     Q_ENUM(PasteSource)
 
+    /// How much work it is to lay a text out. Each value calls for saving what is needed to show
+    /// pasted text without holding up the window; the times are for 100,000 characters.
+    enum class TextBulk {
+        Ordinary,
+        Long, ///< kerning and ligatures cost too much: 100 ms, and 20 ms without
+        Unbreakable, ///< holds a stretch that costs 635 ms to wrap at words, and 16 ms anywhere
+    };
+    Q_ENUM(TextBulk)
+
     using QObject::QObject;
 
     /// Whether there is something to send and no exchange is under way. An image counts only while
@@ -25,11 +34,8 @@ public:
     Q_INVOKABLE static bool canSend(const QString &text, bool hasImage, bool imageAnalysisEnabled,
                                     bool isLoading);
 
-    /// Whether `text` holds a stretch without a blank so long that looking for word boundaries in
-    /// it would hold up the window: with 100,000 characters that takes 635 ms, and grows with the
-    /// square; wrapping them anywhere takes 18 ms.
-    Q_INVOKABLE static bool hasUnbreakableStretch(const QString &text);
+    Q_INVOKABLE static ComposerRules::TextBulk textBulk(const QString &text);
 
-    /// The same of the text that a paste would insert.
-    Q_INVOKABLE static bool clipboardHasUnbreakableStretch(ComposerRules::PasteSource source);
+    /// The bulk of the text that a paste would insert.
+    Q_INVOKABLE static ComposerRules::TextBulk clipboardTextBulk(ComposerRules::PasteSource source);
 };

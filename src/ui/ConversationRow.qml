@@ -15,26 +15,25 @@ PlainButton {
     /// may be of any length, and laying out all of it would hold up the list.
     readonly property int longestShownTitle: 400
 
+    text: title
     implicitHeight: Math.max(43, contentItem.implicitHeight)
+    focusRadius: 9
     leftPadding: 8
     rightPadding: 8
     Accessible.role: Accessible.ListItem
-    Accessible.name: title
     Accessible.description: countText
     Accessible.selectable: true
     Accessible.selected: selected
 
     background: ContinuousRectangle {
-        radius: 9
+        radius: row.focusRadius
         color: row.selected ? Theme.primaryAt(0.055) : "transparent"
     }
 
-    contentItem: Item {
-        implicitHeight: Math.max(tile.height, texts.height)
+    contentItem: Row {
+        spacing: 10
 
         IconTile {
-            id: tile
-
             objectName: "tile"
             anchors.verticalCenter: parent.verticalCenter
             size: 27
@@ -46,12 +45,8 @@ PlainButton {
         }
 
         Column {
-            id: texts
-
-            anchors.left: tile.right
-            anchors.leftMargin: 10
-            anchors.right: parent.right
             anchors.verticalCenter: parent.verticalCenter
+            width: parent.width - 27 - parent.spacing
             spacing: 2
 
             Label {
@@ -63,13 +58,14 @@ PlainButton {
                 wrapMode: Text.Wrap
                 maximumLineCount: 6
                 elide: Text.ElideRight
+                Accessible.ignored: true
             }
 
             Label {
-                objectName: "count"
                 text: row.countText
                 points: 9
                 color: Theme.secondary
+                Accessible.ignored: true
             }
         }
     }

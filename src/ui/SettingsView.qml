@@ -2,6 +2,7 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import Aulora.Theme
+import Aulora.Ui
 
 /// The settings sheet's content. Each control shows a preference and asks for its change at once;
 /// there is nothing to apply or cancel.
@@ -59,7 +60,7 @@ Item {
             anchors.right: parent.right
             anchors.rightMargin: 24
             anchors.verticalCenter: parent.verticalCenter
-            Accessible.name: "Cerrar configuración"
+            text: "Cerrar configuración"
             onClicked: settings.closeRequested()
 
             contentItem: Symbol {
@@ -117,8 +118,8 @@ Item {
                             required property var modelData
 
                             width: (appearances.width - 2 * appearances.spacing) / options.count
-                            label: modelData.label
-                            icon: modelData.icon
+                            text: modelData.label
+                            icon.name: modelData.icon
                             selected: settings.appearanceRawValue === modelData.value
                             onClicked: settings.appearanceChosen(modelData.value)
                         }
@@ -136,7 +137,7 @@ Item {
                     width: parent.width
                     model: SettingsChoices.textSizes
                     currentValue: settings.textSizeRawValue
-                    Accessible.name: "Tamaño"
+                    label: "Tamaño"
                     onPicked: value => settings.textSizeChosen(value)
                 }
             }
@@ -168,9 +169,10 @@ Item {
                 title: "HISTORIAL"
                 subtitle: "Administrá las conversaciones guardadas."
 
-                DestructiveButton {
+                PushButton {
                     objectName: "clearHistory"
                     text: "Borrar historial"
+                    role: "destructive"
                     onClicked: settings.clearHistoryRequested()
                 }
             }

@@ -58,9 +58,10 @@ Rectangle {
                 x: 14
                 width: parent.width - 2 * 14
                 height: 42
+                focusRadius: 11
                 leftPadding: 13
                 rightPadding: 13
-                Accessible.name: "Nueva conversación"
+                text: "Nueva conversación"
                 onClicked: sidebar.newConversationRequested()
 
                 background: ContinuousRectangle {
@@ -72,7 +73,7 @@ Rectangle {
                     icon: "square.and.pencil"
                     iconSize: 13
                     iconWeight: Font.Medium
-                    text: "Nueva conversación"
+                    text: newConversation.text
                     points: 13
                     weight: Font.Medium
                 }
@@ -135,11 +136,13 @@ Rectangle {
                 anchors.rightMargin: 11
                 width: 25
                 height: 25
-                Accessible.name: "Borrar historial"
+                hoverEnabled: true
+                text: "Borrar historial"
                 onClicked: sidebar.clearHistoryRequested()
 
                 Tooltip {
-                    text: "Borrar historial"
+                    objectName: "tooltip"
+                    text: clear.text
                     visible: clear.hovered
                 }
 
@@ -170,17 +173,52 @@ Rectangle {
         spacing: 4
         clip: true
         boundsBehavior: Flickable.StopAtBounds
+        interactive: false
         activeFocusOnTab: true
-        keyNavigationEnabled: true
+        highlightMoveDuration: 0
         model: sidebar.conversations
+        Accessible.role: Accessible.List
+        Accessible.name: "Conversaciones"
 
         delegate: ConversationRow {
             id: delegate
 
+            required property int index
             required property var conversationID
 
+            function becomeCurrent() {
+                if (selected)
+                    makeCurrent.restart();
+            }
+
             width: list.width - list.leftMargin - list.rightMargin
+            // The list is one stop of the Tab key; the arrow keys move within it.
+            focusPolicy: Qt.NoFocus
             onClicked: sidebar.conversationChosen(delegate.conversationID)
+            onSelectedChanged: becomeCurrent()
+            Component.onCompleted: becomeCurrent()
+
+            // The keyboard enters the list at the selected conversation. The list moves its
+            // current index along with inserted rows only after it made them, so this waits.
+            Timer {
+                id: makeCurrent
+
+                interval: 0
+                onTriggered: list.currentIndex = delegate.index
+            }
+        }
+
+        ScrollControls {
+            flickable: list
+        }
+
+        Keys.onUpPressed: {
+            decrementCurrentIndex();
+            currentItem.forceActiveFocus(Qt.BacktabFocusReason);
+        }
+        Keys.onDownPressed: {
+            incrementCurrentIndex();
+            currentItem.forceActiveFocus(Qt.TabFocusReason);
         }
     }
 
@@ -196,12 +234,14 @@ Rectangle {
         }
 
         PlainButton {
+            id: settings
+
             objectName: "settings"
             width: parent.width
             height: 52
             leftPadding: 14
             rightPadding: 14
-            Accessible.name: "Configuración"
+            text: "Configuración"
             onClicked: sidebar.settingsRequested()
 
             contentItem: SymbolLabel {
@@ -209,7 +249,7 @@ Rectangle {
                 iconSize: 12
                 iconWeight: Font.Medium
                 iconColor: Theme.secondary
-                text: "Configuración"
+                text: settings.text
                 points: 12.5
                 color: Theme.secondary
             }

@@ -63,7 +63,7 @@ Item {
                 width: subjects.cardWidth
                 title: "Biología Celular"
                 subtitle: "Célula y función"
-                icon: "circle.hexagongrid.fill"
+                icon.name: "circle.hexagongrid.fill"
                 onClicked: home.promptChosen("Quiero estudiar Biología Celular. ")
             }
 
@@ -71,7 +71,7 @@ Item {
                 width: subjects.cardWidth
                 title: "Histología"
                 subtitle: "Tejidos y órganos"
-                icon: "square.grid.3x3.fill"
+                icon.name: "square.grid.3x3.fill"
                 onClicked: home.promptChosen("Quiero estudiar Histología. ")
             }
 
@@ -79,7 +79,7 @@ Item {
                 width: subjects.cardWidth
                 title: "Embriología"
                 subtitle: "Desarrollo humano"
-                icon: "figure.child"
+                icon.name: "figure.child"
                 onClicked: home.promptChosen("Quiero estudiar Embriología. ")
             }
 
@@ -87,7 +87,7 @@ Item {
                 width: subjects.cardWidth
                 title: "Genética"
                 subtitle: "Genes y herencia"
-                icon: "point.3.connected.trianglepath.dotted"
+                icon.name: "point.3.connected.trianglepath.dotted"
                 onClicked: home.promptChosen("Quiero estudiar Genética. ")
             }
 
@@ -95,7 +95,7 @@ Item {
                 width: subjects.cardWidth
                 title: "Anatomía"
                 subtitle: "Estructura humana"
-                icon: "figure.arms.open"
+                icon.name: "figure.arms.open"
                 onClicked: home.promptChosen("Quiero estudiar Anatomía. ")
             }
 
@@ -103,7 +103,7 @@ Item {
                 width: subjects.cardWidth
                 title: "Medicina Interna"
                 subtitle: "Clínica y razonamiento"
-                icon: "stethoscope"
+                icon.name: "stethoscope"
                 onClicked: home.promptChosen("Quiero estudiar Medicina Interna. ")
             }
         }
@@ -134,28 +134,28 @@ Item {
                 CompactToolButton {
                     width: tools.buttonWidth
                     title: "Explicar"
-                    icon: "book.pages"
+                    icon.name: "book.pages"
                     onClicked: home.promptChosen("Explicame paso a paso: ")
                 }
 
                 CompactToolButton {
                     width: tools.buttonWidth
                     title: "Practicar"
-                    icon: "questionmark.circle"
+                    icon.name: "questionmark.circle"
                     onClicked: home.promptChosen("Creá preguntas de autoevaluación sobre: ")
                 }
 
                 CompactToolButton {
                     width: tools.buttonWidth
                     title: "Comparar"
-                    icon: "arrow.left.arrow.right"
+                    icon.name: "arrow.left.arrow.right"
                     onClicked: home.promptChosen("Compará estos conceptos: ")
                 }
 
                 CompactToolButton {
                     width: tools.buttonWidth
                     title: "Razonar"
-                    icon: "waveform.path.ecg"
+                    icon.name: "waveform.path.ecg"
                     onClicked: home.promptChosen("Ayudame a razonar clínicamente sobre: ")
                 }
             }

@@ -7,14 +7,12 @@ PlainButton {
 
     required property string title
     required property string subtitle
-    required property string icon
     property bool isHovering: hoverHandler.hovered
-
-    readonly property int hoverDuration: 160
 
     implicitHeight: Math.max(104, contentItem.implicitHeight + topPadding + bottomPadding)
     padding: 14
-    Accessible.name: title
+    focusRadius: 15
+    text: title
     Accessible.description: subtitle
 
     HoverHandler {
@@ -22,7 +20,7 @@ PlainButton {
     }
 
     background: ContinuousRectangle {
-        radius: 15
+        radius: card.focusRadius
         color: card.isHovering ? Theme.accentAt(0.035) : Theme.panelBackground
         borderWidth: 1
         borderColor: card.isHovering ? Theme.accentAt(0.24) : Theme.hairline
@@ -36,23 +34,19 @@ PlainButton {
         }
     }
 
-    contentItem: Item {
-        implicitHeight: tile.height + 13 + texts.height
+    contentItem: Column {
+        spacing: 13
 
-        // The content is centred when the card is taller than it.
         Item {
             width: parent.width
-            height: parent.implicitHeight
-            anchors.verticalCenter: parent.verticalCenter
+            height: 37
 
             IconTile {
-                id: tile
-
                 objectName: "tile"
                 size: 37
                 radius: 10
                 color: card.isHovering ? Theme.accentSoft : Theme.primaryAt(0.045)
-                icon: card.icon
+                icon: card.icon.name
                 iconSize: 15
                 iconColor: card.isHovering ? Theme.accent : Theme.primaryAt(0.78)
 
@@ -67,43 +61,35 @@ PlainButton {
 
             Symbol {
                 anchors.right: parent.right
-                anchors.verticalCenter: tile.verticalCenter
+                anchors.verticalCenter: parent.verticalCenter
                 name: "arrow.up.right"
                 size: 9
                 weight: Font.Medium
                 color: Theme.secondary
             }
+        }
 
-            Column {
-                id: texts
+        Column {
+            width: parent.width
+            spacing: 3
 
-                anchors.bottom: parent.bottom
+            Label {
                 width: parent.width
-                spacing: 3
+                text: card.title
+                points: 13.5
+                weight: Font.DemiBold
+                elide: Text.ElideRight
+                Accessible.ignored: true
+            }
 
-                Label {
-                    objectName: "title"
-                    width: parent.width
-                    text: card.title
-                    points: 13.5
-                    weight: Font.DemiBold
-                    elide: Text.ElideRight
-                }
-
-                Label {
-                    objectName: "subtitle"
-                    width: parent.width
-                    text: card.subtitle
-                    points: 10
-                    color: Theme.secondary
-                    elide: Text.ElideRight
-                }
+            Label {
+                width: parent.width
+                text: card.subtitle
+                points: 10
+                color: Theme.secondary
+                elide: Text.ElideRight
+                Accessible.ignored: true
             }
         }
-    }
-
-    component HoverAnimation: ColorAnimation {
-        duration: card.hoverDuration
-        easing.type: Easing.OutQuad
     }
 }

@@ -41,5 +41,6 @@ Item {
         weight: line.weight
         color: line.color
         elide: Text.ElideRight
+        Accessible.ignored: true
     }
 }

@@ -1,0 +1,137 @@
+pragma ComponentBehavior: Bound
+
+import QtQuick
+import QtTest
+import Aulora.Theme
+import Aulora.Ui
+
+Item {
+    id: root
+
+    width: 800
+    height: 700
+
+    Component {
+        id: rowComponent
+
+        ConversationRow {
+            width: 224
+        }
+    }
+
+    SignalSpy {
+        id: clicked
+
+        signalName: "clicked"
+    }
+
+    ViewTestCase {
+        name: "ConversationRow"
+
+        function make(title, count, selected) {
+            const row = createTemporaryObject(rowComponent, root,
+                                              { title: title, messageCount: count, selected: selected });
+            clicked.target = row;
+            clicked.clear();
+            return row;
+        }
+
+        function cleanup() {
+            Theme.appearanceRawValue = "light";
+        }
+
+        function test_look_data() {
+            const rows = [];
+            for (const scheme of schemes) {
+                for (const selected of [false, true])
+                    rows.push(Object.assign({}, scheme, { tag: scheme.tag + (selected ? ", selected" : ""), scheme: scheme, selected: selected }));
+            }
+            return rows;
+        }
+        function test_look(data) {
+            useScheme(data.scheme);
+            const row = make("Histología", 3, data.selected);
+            const tile = child(row, "tile");
+            const icon = symbol(tile, "bubble.left");
+            const title = label(row, "Histología");
+            const count = label(row, "3 mensajes");
+
+            compare(row.height, 43);
+            compare(row.background.radius, 9);
+            compare(row.background.width, 224);
+            compare(row.background.height, 43);
+            verifyColor(row.background.color,
+                        data.selected ? primaryAt(data.scheme, 0.055) : Qt.rgba(0, 0, 0, 0));
+            compare(rectangle(tile, row), Qt.rect(8, 8, 27, 27));
+            verifyColor(tile.color, data.selected ? accentAt(0.09) : Qt.rgba(0, 0, 0, 0));
+            compare(icon.size, 11);
+            verifyColor(icon.color, data.selected ? accentAt(1) : secondary(data.scheme));
+
+            verifyType(title, 12.5, data.selected ? Font.Medium : Font.Normal);
+            verifyColor(title.color, primaryAt(data.scheme, 1));
+            verifyType(count, 9, Font.Normal);
+            verifyColor(count.color, secondary(data.scheme));
+            compare(rectangle(title, row).x, 8 + 27 + 10);
+            verifyClose(rectangle(count, row).y, rectangle(title, row).y + title.height + 2, "count's top");
+            verifyClose(rectangle(title, row).x + title.width, 224 - 8, "title's end");
+
+            compare(row.Accessible.role, Accessible.ListItem);
+            compare(accessibleName(row), "Histología");
+            compare(row.Accessible.description, "3 mensajes");
+            compare(row.Accessible.selectable, true);
+            compare(row.Accessible.selected, data.selected);
+        }
+
+        function test_countIsAlwaysPlural_data() {
+            return [{ tag: "0 mensajes", count: 0 }, { tag: "1 mensajes", count: 1 }, { tag: "1234 mensajes", count: 1234 }];
+        }
+        function test_countIsAlwaysPlural(data) {
+            label(make("Una", data.count, false), data.tag);
+        }
+
+        function test_titleIsVerbatim_data() {
+            return [{ tag: "<b>negrita</b> &amp; **dos**" }, { tag: "<img src='http://127.0.0.1:1/x.png'>" }, { tag: "" }];
+        }
+        function test_titleIsVerbatim(data) {
+            const title = child(make(data.tag, 0, false), "title");
+            compare(title.text, data.tag);
+            compare(title.textFormat, Text.PlainText);
+        }
+
+        function test_longTitleWraps() {
+            const row = make("Quiero estudiar Medicina Interna y …", 2, false);
+            const title = child(row, "title");
+            verify(title.lineCount > 1);
+            compare(title.truncated, false);
+            verify(row.height >= title.height);
+            verify(title.contentWidth <= title.width);
+        }
+
+        function test_hugeTitle_data() {
+            return [
+                { tag: "without a blank", title: "x".repeat(100000) },
+                { tag: "of words", title: "palabra ".repeat(12500) },
+                { tag: "of lines", title: "a\n".repeat(50000) },
+                { tag: "of marks", title: "e" + "\u0301".repeat(99999) }
+            ];
+        }
+        function test_hugeTitle(data) {
+            const start = Date.now();
+            const row = make(data.title, 2, true);
+            waitForRendering(row);
+            verify(Date.now() - start < 200, Date.now() - start + " ms");
+            verify(row.height < 200, row.height);
+            compare(accessibleName(row), data.title);
+        }
+
+        function test_press() {
+            const row = make("Una", 0, true);
+            mouseClick(row);
+            compare(clicked.count, 1);
+            row.forceActiveFocus(Qt.TabFocusReason);
+            keyClick(Qt.Key_Return);
+            keyClick(Qt.Key_Space);
+            compare(clicked.count, 3);
+        }
+    }
+}
