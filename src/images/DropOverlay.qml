@@ -37,7 +37,7 @@ Item {
         width: stack.implicitWidth + 60
         height: stack.implicitHeight + 60
         radius: 18
-        color: Qt.alpha(Theme.windowBackground, 0.92)
+        color: Qt.alpha(Theme.dark ? Theme.windowBackground : Theme.panelBackground, 0.96)
         borderColor: Theme.hairline
         borderWidth: 1
 

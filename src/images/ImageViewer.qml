@@ -14,6 +14,8 @@ T.Popup {
 
     signal closeRequested
 
+    property Item focusedBefore
+
     parent: T.Overlay.overlay
     width: parent ? parent.width : 0
     height: parent ? parent.height : 0
@@ -23,10 +25,13 @@ T.Popup {
     visible: presented
     closePolicy: T.Popup.CloseOnEscape
 
+    // A popup gives the keyboard back to the window at large, not to where the person was typing.
+    onAboutToShow: focusedBefore = parent.Window.activeFocusItem
     onAboutToHide: {
         if (presented)
             closeRequested();
     }
+    onClosed: focusedBefore?.forceActiveFocus(Qt.PopupFocusReason)
 
     background: Rectangle {
         objectName: "backdrop"
