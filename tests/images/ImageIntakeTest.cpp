@@ -1,13 +1,8 @@
 #include "ImageIntake.h"
 
-#include "ContentView.h"
-#include "HistoryStore.h"
-#include "ImageLimits.h"
 #include "ImagePreview.h"
-#include "MemoryPreferenceBackend.h"
-#include "PreferenceStore.h"
-#include "Preferences.h"
 #include "SampleImages.h"
+#include "Screen.h"
 
 #include <QClipboard>
 #include <QGuiApplication>
@@ -32,17 +27,6 @@ const QString unreadableFile = u"No pude leer la imagen seleccionada."_s;
 const QString unreadableDrop = u"No pude leer la imagen arrastrada."_s;
 const QString tooLarge = u"La imagen es demasiado grande. Elegí una imagen de menos de 12 MB."_s;
 const QString noImage = u"El archivo no parece ser una imagen válida."_s;
-
-/// The screen's state with a store that lasts as long as the test.
-struct Screen
-{
-    PreferenceStore store{
-        std::make_unique<MemoryPreferenceBackend>(std::make_shared<PreferenceMemory>())};
-    Preferences preferences{&store};
-    HistoryStore history{&store};
-    ContentView contentView{&preferences, &history};
-    ImageIntake intake{&contentView};
-};
 
 /// An item whose data the test hands over when it likes.
 class FakeItem : public ItemProvider
@@ -594,17 +578,12 @@ private:
     /// Waits until everything under way in the background has come back.
     static void settle()
     {
-        PreferenceStore store(
-            std::make_unique<MemoryPreferenceBackend>(std::make_shared<PreferenceMemory>()));
-        Preferences preferences(&store);
-        HistoryStore history(&store);
-        ContentView contentView(&preferences, &history);
-        ImageIntake probe(&contentView);
+        Screen probe;
         QThreadPool::globalInstance()->waitForDone();
         QCoreApplication::processEvents();
         // One thread decodes, in order: what was asked for before this is done when this is.
-        probe.acceptImage(sample(), u"probe"_s, std::nullopt);
-        QTRY_VERIFY(contentView.hasSelectedImage());
+        probe.intake.acceptImage(sample(), u"probe"_s, std::nullopt);
+        QTRY_VERIFY(probe.contentView.hasSelectedImage());
         QCoreApplication::processEvents();
     }
 
