@@ -3,6 +3,7 @@ by role and accessible name, presses and types, and reads what is shown. It know
 code. Make a Desktop before importing this module: the accessibility library looks for its bus once.
 """
 
+import json
 import sqlite3
 import subprocess
 import tempfile
@@ -81,6 +82,11 @@ class Element:
         index = max((i for i, name in enumerate(offered) if name in names), default=None)
         assert index is not None, f"{self.role} {self.name!r} offers {offered}, not {names}"
         Atspi.Action.do_action(self._accessible, index)
+
+    def button(self, name):
+        """The button with this name somewhere below."""
+        return next(element for element in _descendants(self)
+                    if element.role == "push button" and element.name == name)
 
     def children(self):
         for index in range(self._accessible.get_child_count()):
@@ -189,6 +195,9 @@ class Program:
         """Rows as conversations() gives them."""
         self.wait_for(lambda: self.conversations() == list(rows), f"the conversations {rows}")
 
+    def wait_for_composer(self, text):
+        self.wait_for(lambda: self.composer.text == text, f"the composer to hold {text!r}")
+
     def wait_for_messages(self, *texts):
         self.wait_for(lambda: self.messages() == list(texts), f"the messages {texts}")
 
@@ -201,19 +210,52 @@ class Program:
         self.wait_for(lambda: self.composer.has("focused"), "the composer to take the keyboard")
         before = self.composer.text
         self.desktop.type(text)
-        self.wait_for(lambda: self.composer.text == before + text, f"the typed text {text!r}")
+        self.wait_for_composer(before + text)
 
     def ask(self, text):
         """Types a question and sends it with Return."""
         self.write(text)
         self.desktop.press("Return")
-        self.wait_for(lambda: self.composer.text == "", "the composer to be emptied")
+        self.wait_for_composer("")
+
+    def write_pasted(self, text):
+        """Puts a text that no keyboard has into the composer, through the clipboard."""
+        self.composer.click()
+        self.wait_for(lambda: self.composer.has("focused"), "the composer to take the keyboard")
+        self.desktop.copy(text.encode(), "UTF8_STRING")
+        self.desktop.press("ctrl+v")
+        self.wait_for_composer(text)
+
+    def focused(self):
+        """The element that has the keyboard, if any."""
+        return next((element for element in self.tree() if element.has("focused")
+                     and element.role not in ("application", "frame")), None)
+
+    def confirm(self, title, answer):
+        """Waits for an alert and presses one of its buttons."""
+        alert = self.element("dialog", title)
+        alert.button(answer).press()
+        self.wait_for(lambda: not self.elements("dialog", title), "the alert to go")
+
+    def in_sheet(self, name):
+        """A button of the settings sheet, whatever else has the same name behind it."""
+        return self.elements("push button", name)[-1]
 
     def store(self, query):
         """Rows of the program's store, read without touching it."""
         path = self.home / STORE
         with sqlite3.connect(f"file:{path}?mode=ro", uri=True) as store:
             return store.execute(query).fetchall()
+
+    def history(self):
+        """The stored conversations, newest first."""
+        rows = self.store("select value from preferences where key = 'aulora.conversations.v3'")
+        return json.loads(rows[0][0])
+
+    def write_store(self, key, value):
+        """Puts a value into the store of a program that is not running."""
+        with sqlite3.connect(self.home / STORE) as store:
+            store.execute("insert or replace into preferences values(?, ?)", [key, value])
 
 
 def _descendants(element):

@@ -43,7 +43,7 @@ class Desktop:
     also put into this process, whose accessibility library reads it once. `folder` is for whatever
     need not outlive the desktop."""
 
-    def __init__(self, width=1600, height=1200):
+    def __init__(self, width=2400, height=1800):
         self.folder = Path(tempfile.mkdtemp(prefix="aulora-desktop-"))
         self._processes = []
         self._extra_letters = []
@@ -113,6 +113,27 @@ class Desktop:
         numbers = dict(line.split("=") for line in answer.split())
         return int(numbers["WIDTH"]), int(numbers["HEIGHT"])
 
+    def minimize(self, window):
+        """Hides a window the way its minimise button does."""
+        self._run("xdotool", "windowminimize", window)
+
+    def copy(self, data, target):
+        """Puts bytes on the clipboard as another program would, under a target such as
+        "UTF8_STRING" or "image/png"."""
+        owner = self._start(["xclip", "-selection", "clipboard", "-target", target, "-quiet"],
+                            stdin=subprocess.PIPE)
+        owner.stdin.write(data)
+        owner.stdin.close()
+        targets = ["xclip", "-selection", "clipboard", "-target", "TARGETS", "-out"]
+        wait_until(lambda: target in subprocess.run(targets, env=self.environment, text=True,
+                                                    capture_output=True).stdout.split(),
+                   "the clipboard to be filled")
+
+    def brightness(self, window):
+        """The mean lightness of what a window shows, from 0 to 1."""
+        return float(self._run("import", "-silent", "-window", window, "-colorspace", "gray",
+                               "-format", "%[fx:mean]", "info:-"))
+
     def picture(self, window, path):
         """Writes what a window shows as a picture, without its frame."""
         Path(path).parent.mkdir(parents=True, exist_ok=True)
@@ -139,7 +160,9 @@ class Desktop:
             xkb_types {{ include "complete" }};
             xkb_compat {{ include "complete" }};
             xkb_symbols {{ include "pc+us+inet(evdev)"
-            {keys} }};
+            {keys}
+            key <I170> {{ [ dead_acute ] }}; key <I171> {{ [ dead_tilde ] }};
+            key <I172> {{ [ Multi_key ] }}; }};
         }};""")
 
     def _start(self, command, environment=None, **options):

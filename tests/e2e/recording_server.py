@@ -84,8 +84,9 @@ class RecordingServer:
 
     def close(self):
         """Stops listening and closes what is open: from now on connections are refused."""
-        self._socket.shutdown(socket.SHUT_RDWR)
-        self._socket.close()
+        if self._socket.fileno() >= 0:
+            self._socket.shutdown(socket.SHUT_RDWR)
+            self._socket.close()
         for request in self.seen:
             request.cut()
 

@@ -1,0 +1,97 @@
+"""Typing a question and sending it: keys, blanks, lines, and what an exchange allows meanwhile."""
+
+import unittest
+
+from aulora_test_case import AuloraTestCase
+
+
+class ComposerTest(AuloraTestCase):
+    def test_every_way_to_send(self):
+        program = self.start()
+        ways = {"Return": lambda: self.desktop.press("Return"),
+                "keypad Enter": lambda: self.desktop.press("KP_Enter"),
+                "button pressed": lambda: program.button("Enviar").press(),
+                "button clicked": lambda: program.button("Enviar").click()}
+        for way, send in ways.items():
+            with self.subTest(way):
+                program.write(f"por {way}")
+                send()
+                request = self.assistant.next_request()
+                self.assertEqual(request.json["message"], f"por {way}")
+                program.wait_for_composer("")
+                request.answer("Sí.\n")
+                program.wait_for_status("En línea")
+
+    def test_shift_and_alt_return_make_lines(self):
+        program = self.start()
+        program.write("uno")
+        self.desktop.press("shift+Return")
+        self.desktop.type("dos")
+        self.desktop.press("alt+Return")
+        self.desktop.type("tres")
+        program.wait_for_composer("uno\ndos\ntres")
+        self.desktop.press("Return")
+        self.assertEqual(self.assistant.next_request().json["message"], "uno\ndos\ntres")
+        program.wait_for(lambda: program.conversations()[0][0] == "uno dos tres",
+                         "the title on one line")
+
+    def test_blanks_are_trimmed_and_alone_are_not_sent(self):
+        program = self.start()
+        self.assertFalse(program.button("Enviar").has("sensitive"))
+        program.write("   ")
+        self.desktop.press("shift+Return", "Return")
+        program.wait_for_composer("   \n")
+        self.assertFalse(program.button("Enviar").has("sensitive"))
+        self.desktop.type(" hola  ")
+        program.wait_for(lambda: program.button("Enviar").has("sensitive"), "the button to wake")
+        self.desktop.press("Return")
+        self.assertEqual(self.assistant.next_request().json["message"], "hola")
+        program.wait_for_messages("hola")
+
+    def test_while_a_reply_streams_one_types_but_cannot_send(self):
+        program = self.start()
+        program.ask("uno")
+        request = self.assistant.next_request()
+        program.wait_for_status("Procesando")
+        program.write("dos")
+        self.assertFalse(program.button("Enviar").has("sensitive"))
+        self.desktop.press("Return")
+        program.button("Enviar").press()
+        request.answer("Listo.\n")
+        program.wait_for_status("En línea")
+        program.wait_for_messages("uno", "Listo.")
+        self.assertEqual(program.composer.text, "dos")
+        self.assertEqual(len(self.assistant.seen), 1)
+        self.desktop.press("Return")
+        self.assertEqual(self.assistant.next_request().json["message"], "dos")
+
+    def test_undo(self):
+        program = self.start()
+        program.write("borrador")
+        self.desktop.press("ctrl+a", "BackSpace")
+        program.wait_for_composer("")
+        self.desktop.press("ctrl+z")
+        program.wait_for_composer("borrador")
+
+    def test_dead_keys_compose_and_do_not_send(self):
+        program = self.start()
+        program.write("gen")
+        self.desktop.press("dead_acute", "e", "dead_tilde", "n", "Multi_key", "apostrophe", "o")
+        program.wait_for_composer("genéñó")
+
+    def test_grows_to_five_lines_and_then_scrolls(self):
+        program = self.start()
+        heights = []
+        program.write("1")
+        for line in range(2, 9):
+            heights.append(program.composer.rectangle[3])
+            self.desktop.press("shift+Return")
+            self.desktop.type(str(line))
+            program.wait_for_composer("\n".join(str(n) for n in range(1, line + 1)))
+        steps = [after - before for before, after in zip(heights, heights[1:])]
+        self.assertTrue(all(step > 0 for step in steps[:4]), steps)
+        self.assertEqual(steps[4:], [0, 0])
+
+
+if __name__ == "__main__":
+    unittest.main()

@@ -1,0 +1,93 @@
+"""The window itself: its size and its limits, scale factors, the keyboard alone, a second launch."""
+
+import unittest
+
+from aulora_test_case import AuloraTestCase
+
+
+class WindowTest(AuloraTestCase):
+    def test_opens_at_its_size_and_keeps_its_minimum(self):
+        program = self.start()
+        window = program.window
+        self.assertEqual(self.desktop.size(window), (1120, 820))
+        self.desktop.resize(window, 500, 400)
+        program.wait_for(lambda: self.desktop.size(window) == (940, 700), "the smallest size")
+        self.desktop.resize(window, 1500, 1100)
+        program.wait_for(lambda: self.desktop.size(window) == (1500, 1100), "a larger size")
+
+    def test_scale_factors(self):
+        for factor in ("1", "1.5", "2"):
+            with self.subTest(factor):
+                program = self.start(QT_SCALE_FACTOR=factor)
+                width, height = self.desktop.size(program.window)
+                size = (round(1120 * float(factor)), round(820 * float(factor)))
+                program.wait_for(lambda size=size: self.desktop.size(program.window) == size,
+                                 f"the size {size}")
+                program.ask("hola")
+                self.assistant.next_request().answer("Buenas.\n")
+                program.wait_for_messages("hola", "Buenas.")
+                program.kill()
+
+    def test_keyboard_alone_from_start_to_answer(self):
+        program = self.start()
+        for _ in range(40):
+            if program.composer.has("focused"):
+                break
+            self.desktop.press("Tab")
+            program.wait_for(lambda: program.focused() is not None, "something to have the keyboard")
+        self.assertTrue(program.composer.has("focused"))
+        self.desktop.type("solo con teclas")
+        self.desktop.press("Return")
+        self.assistant.next_request().answer("Se puede.\n")
+        program.wait_for_messages("solo con teclas", "Se puede.")
+
+    def test_tab_reaches_everything_that_can_be_pressed(self):
+        program = self.start()
+        program.ask("uno")
+        self.assistant.next_request().answer("Bien.\n")
+        program.wait_for_status("En línea")
+        program.button("Nueva conversación").press()
+        program.wait_for(lambda: program.elements("push button", "Genética"), "the home")
+        program.composer.focus()
+        wanted = {(element.role, element.name) for element in program.tree()
+                  if element.role in ("push button", "text", "list item")
+                  and element.has("sensitive")}
+        reached = set()
+        for _ in range(3 * len(wanted)):
+            focused = program.focused()
+            if focused:
+                reached.add((focused.role, focused.name))
+            self.desktop.press("Tab")
+        self.assertEqual(wanted - reached, set())
+
+    def test_everything_has_a_name(self):
+        program = self.start()
+        nameless = [element.role for element in program.tree()
+                    if element.role in ("push button", "text", "list item", "check box",
+                                        "radio button", "paragraph", "dialog")
+                    and not element.name]
+        self.assertEqual(nameless, [])
+
+    def test_second_launch_raises_the_first_window(self):
+        program = self.start()
+        self.desktop.minimize(program.window)
+        program.wait_for(lambda: not self.desktop.windows("Aulora IA"), "the window to be hidden")
+        self.assertEqual(program.launch().wait(20), 0)
+        program.wait_for(lambda: self.desktop.windows("Aulora IA"), "the window to come back")
+        self.assertEqual(len(self.desktop.windows("Aulora IA")), 1)
+        self.assertIsNone(program.process.poll())
+
+    def test_damaged_store_is_kept_and_the_program_starts(self):
+        program = self.start()
+        self.assertEqual(program.quit(), 0)
+        store = program.home / ".local/share/aulora-ia/preferences.sqlite"
+        store.write_bytes(b"this is no database at all, not even a short one" * 100)
+        again = self.start(program.home, quiet=False)
+        again.wait_for_conversations(("Nueva conversación", "0 mensajes", True))
+        kept = list(store.parent.glob("preferences.sqlite.corrupt-*"))
+        self.assertEqual(len(kept), 1)
+        self.assertTrue(kept[0].read_bytes().startswith(b"this is no database"))
+
+
+if __name__ == "__main__":
+    unittest.main()
