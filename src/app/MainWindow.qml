@@ -1,18 +1,20 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
-import QtQuick.Controls.Basic
-import QtQuick.Layouts
-
-import Aulora.State
+import Aulora.Images
 import Aulora.Service
+import Aulora.State
+import Aulora.Theme
+import Aulora.Ui
 
-// The one window: conversations on the left, the chat and its composer on the right.
-ApplicationWindow {
+/// The one window: the sidebar beside the detail column, and whatever is presented over them. It
+/// hands the state to the views and the views' signals to the state's operations.
+Window {
     id: window
 
     required property ContentView contentView
     required property SendFlow sendFlow
+    required property ImageIntake imageIntake
     required property string authorLine
     required property string credentialsLine
 
@@ -20,96 +22,144 @@ ApplicationWindow {
     height: 820
     minimumWidth: 940
     minimumHeight: 700
+    title: "Aulora IA"
+    color: Theme.textBackground
     visible: true
-    title: qsTr("Aulora IA")
 
-    RowLayout {
+    Binding {
+        target: Theme
+        property: "appearanceRawValue"
+        value: window.contentView.appearanceRawValue
+    }
+
+    ImageDropArea {
         anchors.fill: parent
-        spacing: 0
+        intake: window.imageIntake
+        onIsTargetedChanged: window.contentView.isDropTargeted = isTargeted
 
-        ColumnLayout {
-            Layout.preferredWidth: 240
-            Layout.fillHeight: true
+        Sidebar {
+            id: sidebar
 
-            Button {
-                Layout.fillWidth: true
-                text: "Nueva conversación"
-                onClicked: window.contentView.startNewConversation()
-            }
-            ListView {
-                Layout.fillWidth: true
-                Layout.fillHeight: true
-                clip: true
-                model: window.contentView.conversations
-                delegate: ItemDelegate {
-                    required property var conversationID
-                    required property string title
-                    required property int messageCount
-                    required property bool selected
+            objectName: "sidebar"
+            width: 240
+            height: parent.height
+            conversations: window.contentView.conversations
+            onNewConversationRequested: window.contentView.startNewConversation()
+            onConversationChosen: id => window.contentView.selectConversation(id)
+            onClearHistoryRequested: window.contentView.requestClearHistory()
+            onSettingsRequested: window.contentView.showSettings = true
+        }
 
-                    width: ListView.view.width
-                    text: title
-                    highlighted: selected
-                    Accessible.role: Accessible.ListItem
-                    Accessible.name: title
-                    Accessible.description: messageCount + " mensajes"
-                    Accessible.selectable: true
-                    Accessible.selected: selected
-                    onClicked: window.contentView.selectConversation(conversationID)
-                }
+        DetailColumn {
+            id: detail
+
+            objectName: "detail"
+            anchors.left: sidebar.right
+            anchors.right: parent.right
+            height: parent.height
+            contentView: window.contentView
+            authorLine: window.authorLine
+            pendingPreview: window.imageIntake.pendingPreview
+            onSendRequested: window.sendFlow.sendMessage()
+            onPasteRequested: {
+                if (!window.imageIntake.pasteImage())
+                    pasteText();
             }
         }
 
-        ColumnLayout {
-            Layout.fillWidth: true
-            Layout.fillHeight: true
+        SidebarHandle {
+            objectName: "sidebarHandle"
+            x: sidebar.width
+            height: parent.height
+            minimumWidth: 215
+            maximumWidth: 285
+            onSidebarWidthChosen: width => sidebar.width = width
+        }
+    }
 
-            Text {
-                text: window.contentView.isLoading ? "Procesando" : "En línea"
-                textFormat: Text.PlainText
-                Accessible.role: Accessible.StaticText
-                Accessible.name: text
+    Presentation {
+        presented: window.contentView.showSettings
+
+        ModalSheet {
+            presented: window.contentView.showSettings
+            title: "Configuración"
+            padding: 0
+            onDismissed: window.contentView.showSettings = false
+
+            contentItem: SettingsView {
+                appearanceRawValue: window.contentView.appearanceRawValue
+                textSizeRawValue: window.contentView.textSizeRawValue
+                imageAnalysisEnabled: window.contentView.imageAnalysisEnabled
+                showImagePreviews: window.contentView.showImagePreviews
+                authorLine: window.authorLine
+                credentialsLine: window.credentialsLine
+                onAppearanceChosen: rawValue => window.contentView.appearanceRawValue = rawValue
+                onTextSizeChosen: rawValue => window.contentView.textSizeRawValue = rawValue
+                onImageAnalysisSwitched: enabled => window.contentView.imageAnalysisEnabled = enabled
+                onImagePreviewsSwitched: show => window.contentView.showImagePreviews = show
+                onClearHistoryRequested: window.contentView.requestClearHistoryFromSettings()
+                onCloseRequested: window.contentView.showSettings = false
             }
-            ListView {
-                Layout.fillWidth: true
-                Layout.fillHeight: true
-                clip: true
-                spacing: 23
-                model: window.contentView.currentMessages
-                delegate: Text {
-                    required property string messageText
-                    required property bool isUser
+        }
+    }
 
-                    width: ListView.view.width
-                    text: messageText
-                    textFormat: Text.PlainText
-                    wrapMode: Text.Wrap
-                    horizontalAlignment: isUser ? Text.AlignRight : Text.AlignLeft
-                    Accessible.role: Accessible.Paragraph
-                    Accessible.name: messageText
-                }
-            }
-            RowLayout {
-                Layout.fillWidth: true
+    Presentation {
+        presented: window.contentView.showClearHistoryConfirmation
 
-                TextField {
-                    id: field
+        ClearHistoryAlert {
+            presented: window.contentView.showClearHistoryConfirmation
+            onConfirmed: window.contentView.clearHistory()
+            onDismissed: window.contentView.showClearHistoryConfirmation = false
+        }
+    }
 
-                    Layout.fillWidth: true
-                    focus: true
-                    text: window.contentView.messageText
-                    placeholderText: "Preguntale a Aulora IA..."
-                    Accessible.name: "Mensaje"
-                    Accessible.description: placeholderText
-                    onTextChanged: window.contentView.messageText = text
-                    onAccepted: window.sendFlow.sendMessage()
+    Presentation {
+        presented: window.contentView.hasImageImportError
+
+        AlertDialog {
+            presented: window.contentView.hasImageImportError
+            title: "No pude cargar la imagen"
+            message: window.contentView.imageImportErrorText
+            buttons: [
+                {
+                    text: "Aceptar",
+                    role: "cancel"
                 }
-                Button {
-                    text: "Enviar"
-                    enabled: !window.contentView.isLoading
-                    onClicked: window.sendFlow.sendMessage()
-                }
-            }
+            ]
+            onDismissed: window.contentView.dismissImageImportError()
+        }
+    }
+
+    Presentation {
+        presented: window.contentView.showImageViewer
+
+        ImageViewer {
+            presented: window.contentView.showImageViewer
+            imageBytes: window.contentView.enlargedImageBytes
+            onCloseRequested: window.contentView.closeImageViewer()
+        }
+    }
+
+    // Loaded by its address, so that the desktop's dialogs are loaded when first wanted.
+    Loader {
+        id: importer
+
+        readonly property bool presented: window.contentView.showImageImporter
+
+        onPresentedChanged: {
+            if (presented)
+                setSource("qrc:/qt/qml/Aulora/Images/ImageImporter.qml", { presented: true });
+            else
+                source = "";
+        }
+    }
+
+    Connections {
+        target: importer.item
+
+        function onFinished(urls) {
+            window.contentView.showImageImporter = false;
+            window.imageIntake.handleImportedFile(urls);
         }
     }
 }

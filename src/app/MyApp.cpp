@@ -1,7 +1,6 @@
 #include "MyApp.h"
 
 #include "BuildNames.h"
-#include "ImagePreview.h"
 
 #include <QFile>
 #include <QQuickWindow>
@@ -30,7 +29,11 @@ MyApp::MyApp(std::unique_ptr<PreferenceStore> store, QObject *parent)
     , m_historyStore(m_store.get())
     , m_identity(m_store.get())
     , m_contentView(&m_preferences, &m_historyStore)
-    , m_sendFlow(&m_contentView, &m_identity, &makePreviewData, assistantServiceOfThisBuild())
+    , m_imageIntake(&m_contentView)
+    , m_sendFlow(
+          &m_contentView, &m_identity,
+          [this](const QByteArray &image) { return m_imageIntake.preview(image); },
+          assistantServiceOfThisBuild())
 { }
 
 bool MyApp::start()
@@ -40,6 +43,7 @@ bool MyApp::start()
     m_engine.setInitialProperties({
         {u"contentView"_s, QVariant::fromValue(&m_contentView)},
         {u"sendFlow"_s, QVariant::fromValue(&m_sendFlow)},
+        {u"imageIntake"_s, QVariant::fromValue(&m_imageIntake)},
         {u"authorLine"_s, buildAuthorLine.toString()},
         {u"credentialsLine"_s, buildCredentialsLine.toString()},
     });

@@ -2,6 +2,7 @@
 
 #include "ContentView.h"
 #include "HistoryStore.h"
+#include "ImageIntake.h"
 #include "InstallationIdentity.h"
 #include "PreferenceStore.h"
 #include "Preferences.h"
@@ -34,6 +35,7 @@ private:
     HistoryStore m_historyStore;
     InstallationIdentity m_identity;
     ContentView m_contentView;
+    ImageIntake m_imageIntake;
     SendFlow m_sendFlow;
     QQmlApplicationEngine m_engine;
 };

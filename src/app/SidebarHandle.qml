@@ -7,7 +7,6 @@ import Aulora.Ui
 Item {
     id: handle
 
-    required property real sidebarWidth
     required property real minimumWidth
     required property real maximumWidth
 

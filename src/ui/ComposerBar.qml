@@ -1,4 +1,5 @@
 import QtQuick
+import Aulora.Images
 import Aulora.Theme
 import Aulora.Ui
 
@@ -9,6 +10,9 @@ FocusScope {
 
     required property string text
     required property bool hasImage
+    /// A small picture of the pending image, in bytes.
+    required property var imagePreview
+    required property string imageName
     required property bool imageAnalysisEnabled
     required property bool isLoading
 
@@ -17,6 +21,7 @@ FocusScope {
 
     signal textEdited(string text)
     signal attachRequested
+    signal removeImageRequested
     signal sendRequested
     /// The person asked to paste; `pasteText` does so when nothing else takes what is offered.
     signal pasteRequested
@@ -32,6 +37,14 @@ FocusScope {
 
         width: bar.width
         spacing: 8
+
+        AttachmentChip {
+            objectName: "chip"
+            visible: bar.hasImage
+            imageBytes: bar.imagePreview
+            imageName: bar.imageName
+            onRemoveRequested: bar.removeImageRequested()
+        }
 
         Item {
             width: parent.width

@@ -15,7 +15,9 @@
 namespace {
 
 /// One axis of the image and of the item, cut in three; the first and last parts are the same in
-/// both. In the image the middle part has a pixel to spare at either side.
+/// both. In the image the middle part has a pixel to spare at either side. The item's length is
+/// taken in whole device pixels: of parts with broken edges the software renderer leaves one pixel
+/// out between two, or paints it twice.
 struct Cut
 {
     std::array<double, 4> image; ///< device pixels
@@ -27,8 +29,9 @@ Cut cut(int imagePixels, double itemLength, double ratio)
     const double middle = std::floor(imagePixels / 2.0);
     const double first = middle / ratio;
     const double last = (imagePixels - middle - 1) / ratio;
+    const double length = std::round(itemLength * ratio) / ratio;
     return {.image = {0, middle, middle + 1, static_cast<double>(imagePixels)},
-            .item = {0, first, std::max(itemLength - last, first), itemLength}};
+            .item = {0, first, std::max(length - last, first), length}};
 }
 
 /// The nine parts, in rows, and the one texture they share.
