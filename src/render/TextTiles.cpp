@@ -102,15 +102,18 @@ QSGNode *TextTiles::synchronize(QSGNode *node, QQuickWindow *window)
         if (tile.isUploaded)
             continue;
         QSGImageNode *&image = root->tiles[index];
-        if (!image) {
+        const bool isNew = !image;
+        if (isNew) {
             image = window->createImageNode();
             image->setOwnsTexture(true);
             image->setFiltering(QSGTexture::Nearest);
-            root->appendChildNode(image);
         }
         image->setTexture(window->createTextureFromImage(tile.image));
         image->setRect(QRectF(QPointF(-bleed, double(index) * tileHeight),
                               tile.image.deviceIndependentSize()));
+        // A node that the renderer knows must not be without a texture.
+        if (isNew)
+            root->appendChildNode(image);
         tile.isUploaded = true;
     }
     return root;

@@ -1,0 +1,223 @@
+#include "ChatPaneScene.h"
+
+#include <QGuiApplication>
+#include <QRandomGenerator>
+
+#include <algorithm>
+#include <array>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <ctime>
+
+using namespace Qt::StringLiterals;
+
+// Opening conversations and streaming into them, in a real window on the software renderer, from
+// the change of the model to the frame that shows it.
+//
+// The text is made up from syllables with a vocabulary of 4,000 words of which, as in a language,
+// few are frequent; about 90 characters a row, one row in eight in another form than a paragraph.
+namespace {
+using Clock = std::chrono::steady_clock;
+
+double milliseconds(Clock::duration duration)
+{
+    return std::chrono::duration<double, std::milli>(duration).count();
+}
+
+double processorMilliseconds()
+{
+    return 1000.0 * double(std::clock()) / CLOCKS_PER_SEC;
+}
+
+void printFigure(const char *name, double value, double budget, const char *unit)
+{
+    std::printf("figure: %s = %.2f %s (budget <= %.2f %s) %s\n", name, value, unit, budget, unit,
+                value <= budget ? "ok" : "MISSED");
+}
+
+class TextSource
+{
+public:
+    TextSource()
+    {
+        const QStringList syllables
+            = u"ca te mi ro lu pa de si no gu en al es cor dia neu to ra le fi bro sis ón ía pul mo"_s
+                  .split(u' ');
+        while (m_words.size() < vocabulary) {
+            QString word;
+            for (int left = 1 + m_random.bounded(4); left > 0; --left)
+                word += syllables.at(m_random.bounded(int(syllables.size())));
+            m_words.append(word);
+        }
+    }
+
+    QString row()
+    {
+        QStringList words;
+        for (int left = 8 + m_random.bounded(12); left > 0; --left)
+            words.append(word());
+        const QString text = words.join(u' ');
+        switch (m_random.bounded(8)) {
+        case 0:
+            return u"## "_s + words.first(3).join(u' ');
+        case 1:
+            return {};
+        case 2:
+        case 3:
+            return u"- **"_s + words.first() + u":** "_s + text;
+        case 4:
+            return u"1. "_s + text;
+        default:
+            return text;
+        }
+    }
+
+    QString rows(int count)
+    {
+        QStringList rows;
+        while (rows.size() < count)
+            rows.append(row());
+        return rows.join(u'\n');
+    }
+
+    /// Replies of 15 rows and short questions by turns, `count` messages in all.
+    QList<ChatMessage> conversation(int count)
+    {
+        QList<ChatMessage> messages;
+        while (messages.size() < count)
+            messages.append(reply(rows(15)));
+        return messages;
+    }
+
+private:
+    static constexpr int vocabulary = 4000;
+
+    QString word()
+    {
+        // Frequency falls with the rank.
+        const double rank = std::pow(double(vocabulary), m_random.generateDouble());
+        return m_words.at(std::min(int(rank), vocabulary - 1));
+    }
+
+    QRandomGenerator m_random{7};
+    QStringList m_words;
+};
+
+void waitForFrame(ChatPaneScene &scene)
+{
+    bool isShown = false;
+    QObject context;
+    QObject::connect(&scene.view(), &QQuickWindow::frameSwapped, &context,
+                     [&isShown] { isShown = true; });
+    scene.view().update();
+    while (!isShown)
+        QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+}
+
+void settle(ChatPaneScene &scene)
+{
+    const auto end = Clock::now() + std::chrono::milliseconds(300);
+    while (Clock::now() < end)
+        QCoreApplication::processEvents();
+    waitForFrame(scene);
+}
+
+double timeToOpen(ChatPaneScene &scene, const QList<ChatMessage> &messages)
+{
+    scene.show({});
+    settle(scene);
+    const auto start = Clock::now();
+    scene.show(messages);
+    waitForFrame(scene);
+    const double time = milliseconds(Clock::now() - start);
+    settle(scene);
+    return time;
+}
+
+// One frame for each line, as at a steady rate below the screen's.
+struct Streaming
+{
+    double median = 0;
+    double percentile95 = 0;
+    double processorTime = 0;
+};
+Streaming stream(ChatPaneScene &scene, TextSource &source, int lines)
+{
+    scene.append(reply(u""_s));
+    scene.setLoading(true);
+    waitForFrame(scene);
+    QList<double> frames;
+    const double processorStart = processorMilliseconds();
+    for (int line = 0; line < lines; ++line) {
+        scene.appendText(source.row() + u'\n');
+        const auto start = Clock::now();
+        waitForFrame(scene);
+        frames.append(milliseconds(Clock::now() - start));
+    }
+    const double processorTime = processorMilliseconds() - processorStart;
+    scene.setLoading(false);
+    settle(scene);
+    std::ranges::sort(frames);
+    return {frames.at(lines / 2), frames.at(lines * 95 / 100), processorTime};
+}
+
+double timeToStreamAtOnce(ChatPaneScene &scene, TextSource &source, int lines)
+{
+    scene.append(reply(u""_s));
+    scene.setLoading(true);
+    settle(scene);
+    QStringList rows;
+    while (rows.size() < lines)
+        rows.append(source.row() + u'\n');
+    const auto start = Clock::now();
+    for (const QString &row : rows)
+        scene.appendText(row);
+    waitForFrame(scene);
+    const double time = milliseconds(Clock::now() - start);
+    scene.setLoading(false);
+    settle(scene);
+    return time;
+}
+} // namespace
+
+int main(int argc, char *argv[])
+{
+    const QGuiApplication application(argc, argv);
+    TextSource source;
+    ChatPaneScene scene;
+    settle(scene);
+
+    // Each size first meets its words, as a person does, and then is opened once more.
+    constexpr std::array openings{std::pair{20, 20.0}, std::pair{200, 90.0},
+                                  std::pair{2000, 900.0}};
+    for (const auto &[count, budget] : openings) {
+        const auto messages = source.conversation(count);
+        const std::string name = "opening " + std::to_string(count) + " messages of 15 rows";
+        printFigure(name.c_str(), timeToOpen(scene, messages), budget, "ms");
+        printFigure((name + ", again").c_str(), timeToOpen(scene, messages), budget, "ms");
+    }
+
+    for (const int before : {2, 2000}) {
+        scene.show(source.conversation(before));
+        settle(scene);
+        const Streaming streaming = stream(scene, source, 2000);
+        const std::string name
+            = "streaming 2,000 lines after " + std::to_string(before) + " messages, frame ";
+        printFigure((name + "median").c_str(), streaming.median, 8, "ms");
+        printFigure((name + "p95").c_str(), streaming.percentile95, 8, "ms");
+    }
+
+    scene.show(source.conversation(2));
+    const double thousand = stream(scene, source, 1000).processorTime;
+    scene.show(source.conversation(2));
+    const double tenThousand = stream(scene, source, 10'000).processorTime;
+    printFigure("streaming 10,000 lines, processor time / that of 1,000", tenThousand / thousand,
+                12, "x");
+
+    scene.show(source.conversation(2));
+    printFigure("2,000 lines at once", timeToStreamAtOnce(scene, source, 2000), 150, "ms");
+    scene.show(source.conversation(2));
+    printFigure("10,000 lines at once", timeToStreamAtOnce(scene, source, 10'000), 1000, "ms");
+    return 0;
+}
