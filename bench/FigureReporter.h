@@ -9,6 +9,12 @@
 #include <string>
 #include <vector>
 
+/// What a figure is measured by.
+enum class Clock {
+    Wall,
+    Processor, ///< not stretched by whatever else the machine does
+};
+
 /// The standard table of a benchmark program, after which its figures can be printed as lines of
 /// the form `figure: <name> = <value> (budget <= <x>, floor <y>) ok|MISSED`.
 class FigureReporter : public benchmark::ConsoleReporter
@@ -28,14 +34,19 @@ public:
     }
 
     /// How many times longer `name` took than `floorName`. Nothing is printed for what did not run.
-    void printRatio(const std::string &name, const std::string &floorName, double budget) const
+    void printRatio(const std::string &name, const std::string &floorName, double budget,
+                    Clock clock = Clock::Wall) const
     {
         const auto run = m_runs.find(name);
         const auto floor = m_runs.find(floorName);
         if (run == m_runs.end() || floor == m_runs.end())
             return;
-        const double milliseconds = run->second.GetAdjustedRealTime();
-        const double floorMilliseconds = floor->second.GetAdjustedRealTime();
+        const auto time = [clock](const Run &measured) {
+            return clock == Clock::Wall ? measured.GetAdjustedRealTime()
+                                        : measured.GetAdjustedCPUTime();
+        };
+        const double milliseconds = time(run->second);
+        const double floorMilliseconds = time(floor->second);
         const double ratio = milliseconds / floorMilliseconds;
         std::printf(
             "figure: %s = %.2f x floor, %.1f ms (budget <= %.1f x floor, floor %.1f ms) %s\n",
@@ -53,6 +64,20 @@ public:
         std::printf("figure: %s, %s = %.3f ms (budget <= %.1f ms) %s\n", name.c_str(),
                     counter.c_str(), milliseconds, budget,
                     milliseconds <= budget ? "ok" : "MISSED");
+    }
+
+    /// Bytes per second of `name`, in MB/s, which are to be at least `budget`, and those of
+    /// `floorName`.
+    void printRate(const std::string &name, const std::string &floorName, double budget) const
+    {
+        const auto run = m_runs.find(name);
+        const auto floor = m_runs.find(floorName);
+        if (run == m_runs.end() || floor == m_runs.end())
+            return;
+        const double rate = run->second.counters.at("bytes_per_second") / 1'000'000;
+        const double floorRate = floor->second.counters.at("bytes_per_second") / 1'000'000;
+        std::printf("figure: %s = %.0f MB/s (budget >= %.0f MB/s, floor %.0f MB/s) %s\n",
+                    name.c_str(), rate, budget, floorRate, rate >= budget ? "ok" : "MISSED");
     }
 
 private:

@@ -2,6 +2,7 @@
 
 #include "TestChat.h"
 
+#include <QSignalSpy>
 #include <QTest>
 
 using namespace Qt::StringLiterals;

@@ -9,8 +9,6 @@
 #include "Preferences.h"
 #include "SendFlow.h"
 
-#include <QSignalSpy>
-
 #include <memory>
 
 /// A whole chat on a preference store of its own, with one conversation, fresh and selected.
@@ -64,6 +62,6 @@ private:
         ++previewsMade;
         if (image == imageWithoutPreview)
             return std::nullopt;
-        return "preview of " + image;
+        return "preview of " + image.left(8);
     }
 };
