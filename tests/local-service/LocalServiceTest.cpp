@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 
 static const auto certificate = QStringLiteral(LOCAL_SERVICE_CERTIFICATE);
 // Starting a process and a TLS handshake on a busy machine.
-static constexpr int patience = 30'000;
+static constexpr int patience = 60'000;
 
 // `text` with its apostrophes as quotes, so that JSON stays readable here.
 static QByteArray json(QByteArray text)

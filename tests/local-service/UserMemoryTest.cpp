@@ -56,6 +56,7 @@ private Q_SLOTS:
     {
         UserMemory memory;
         std::vector<std::jthread> threads;
+        threads.reserve(8);
         for (int t = 0; t < 8; ++t) {
             threads.emplace_back([&memory, t] {
                 for (int i = 0; i < 2000; ++i) {

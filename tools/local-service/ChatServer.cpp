@@ -1,15 +1,13 @@
 #include "ChatServer.h"
 
 #include "ChatEndpoint.h"
+#include "EndNotice.h"
 #include "RequestLog.h"
 
 #include <QFile>
 
-#include <condition_variable>
 #include <future>
 #include <httplib.h>
-#include <mutex>
-#include <thread>
 
 using namespace Qt::StringLiterals;
 using Clock = std::chrono::steady_clock;
@@ -17,7 +15,7 @@ using Clock = std::chrono::steady_clock;
 // 64 clients are served at once while three times as many say nothing: a connection that stays
 // silent holds its thread for `silenceLimit`.
 static constexpr size_t connectionThreads = 256;
-static constexpr auto silenceLimit = std::chrono::seconds(5);
+static constexpr auto silenceLimit = std::chrono::seconds(15);
 static constexpr int waitingConnections = 256;
 // A refused body is read to its end all the same, so that the refusal is not lost in a reset
 // connection; past this it is.
@@ -32,32 +30,6 @@ struct Exchange
     qint64 bytesSent = 0;
 };
 static thread_local std::optional<Exchange> exchange;
-
-// Says once to every waiting thread that the service ends.
-class Closing
-{
-public:
-    void announce()
-    {
-        {
-            const std::scoped_lock lock(m_mutex);
-            m_isAnnounced = true;
-        }
-        m_condition.notify_all();
-    }
-
-    // Sleeps until `time`; false as soon as the service ends.
-    bool sleepUntil(Clock::time_point time)
-    {
-        std::unique_lock lock(m_mutex);
-        return !m_condition.wait_until(lock, time, [this] { return m_isAnnounced; });
-    }
-
-private:
-    std::mutex m_mutex;
-    std::condition_variable m_condition;
-    bool m_isAnnounced = false;
-};
 
 struct ChatServer::Engine
 {
@@ -75,7 +47,7 @@ struct ChatServer::Engine
     httplib::SSLServer server;
     int listeningSocket = -1;
     int port = 0;
-    Closing closing;
+    EndNotice end;
     std::future<bool> serving;
 };
 
@@ -231,7 +203,7 @@ void ChatServer::Engine::stream(const Answer &answer, httplib::Response &respons
                 sink.done();
                 return true;
             }
-            if (!closing.sleepUntil(due))
+            if (!end.sleepUntil(due))
                 return false;
             due += interval;
             const QByteArray line = lines[next++].toUtf8() + '\n';
@@ -283,8 +255,9 @@ std::optional<QString> ChatServer::start()
     engine.serving
         = std::async(std::launch::async, [&engine] { return engine.server.listen_after_bind(); });
     // A stop before the first accept would go unheard.
-    while (!engine.server.is_running())
-        std::this_thread::yield();
+    while (!engine.server.is_running()
+           && engine.serving.wait_for(std::chrono::milliseconds(1)) != std::future_status::ready) {
+    }
     return std::nullopt;
 }
 
@@ -302,7 +275,7 @@ bool ChatServer::stop(std::chrono::milliseconds grace)
 {
     if (!m_engine->serving.valid())
         return true;
-    m_engine->closing.announce();
+    m_engine->end.announce();
     m_engine->server.stop();
     return m_engine->serving.wait_for(grace) == std::future_status::ready;
 }
