@@ -142,7 +142,7 @@ SqlitePreferenceBackend::Failure SqlitePreferenceBackend::readAnyhow(const Opera
     QUrl url = QUrl::fromLocalFile(m_path);
     url.setQuery(u"immutable=1"_s);
     Failure readFailure
-        = connectTo(url.toString(QUrl::FullyEncoded), u"QSQLITE_OPEN_URI;QSQLITE_OPEN_READONLY"_s);
+        = connectTo(url.toString(QUrl::FullyEncoded), u"QSQLITE_OPEN_URI;QSQLITE_OPEN_READONLY;"_s);
     if (!readFailure)
         readFailure = operation();
     close();
@@ -195,7 +195,8 @@ SqlitePreferenceBackend::Failure SqlitePreferenceBackend::connectTo(const QStrin
 {
     m_database = QSqlDatabase::addDatabase(u"QSQLITE"_s, m_connectionName);
     m_database.setDatabaseName(name);
-    m_database.setConnectOptions(options);
+    // Other programs may look into the database, but not for long.
+    m_database.setConnectOptions(options + u"QSQLITE_BUSY_TIMEOUT=1000"_s);
     return m_database.open() ? std::nullopt : Failure(m_database.lastError());
 }
 

@@ -1,0 +1,546 @@
+#include "SqlitePreferenceBackend.h"
+
+#include "PreferenceStore.h"
+#include "UserPreferenceStore.h"
+
+#include <QDir>
+#include <QFile>
+#include <QRandomGenerator>
+#include <QRegularExpression>
+#include <QSignalSpy>
+#include <QSqlDatabase>
+#include <QSqlError>
+#include <QSqlQuery>
+#include <QStandardPaths>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <csignal>
+#include <functional>
+#include <memory>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+using namespace Qt::StringLiterals;
+
+namespace {
+
+QByteArray randomBytes(qsizetype size)
+{
+    QByteArray bytes(size, Qt::Uninitialized);
+    for (char &byte : bytes)
+        byte = char(QRandomGenerator::global()->generate());
+    return bytes;
+}
+
+PreferenceStore::DataSource constant(const QByteArray &bytes)
+{
+    return [bytes] { return bytes; };
+}
+
+std::unique_ptr<PreferenceStore> openStore(const QString &path)
+{
+    return std::make_unique<PreferenceStore>(std::make_unique<SqlitePreferenceBackend>(path));
+}
+
+QByteArray contents(const QString &path)
+{
+    QFile file(path);
+    return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
+}
+
+void overwrite(const QString &path, qint64 offset, const QByteArray &bytes)
+{
+    QFile file(path);
+    QVERIFY(file.open(QFile::ReadWrite));
+    QVERIFY(file.seek(offset));
+    QCOMPARE(file.write(bytes), bytes.size());
+}
+
+int mode(const QString &path)
+{
+    struct stat status = {};
+    return stat(qPrintable(path), &status) == 0 ? int(status.st_mode & 07777) : -1;
+}
+
+/// Another program's look into the database: rows of text, columns joined by a bar.
+QStringList query(const QString &path, const QString &statement)
+{
+    QStringList rows;
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"look"_s);
+        database.setDatabaseName(path);
+        if (!database.open())
+            rows.append(database.lastError().text());
+        QSqlQuery result(statement, database);
+        if (result.lastError().isValid())
+            rows.append(result.lastError().text());
+        while (result.next()) {
+            QStringList columns;
+            for (int column = 0; !result.value(column).isNull(); ++column)
+                columns.append(result.value(column).toString());
+            rows.append(columns.join(u'|'));
+        }
+    }
+    QSqlDatabase::removeDatabase(u"look"_s);
+    return rows;
+}
+
+/// A user without the powers of root, for whom the modes of files hold.
+class OrdinaryUser
+{
+public:
+    explicit OrdinaryUser(const QString &folder)
+    {
+        constexpr uid_t nobody = 65534;
+        if (m_original == 0)
+            m_isOrdinary = chown(qPrintable(folder), nobody, nobody) == 0 && seteuid(nobody) == 0;
+    }
+    ~OrdinaryUser()
+    {
+        if (seteuid(m_original) != 0)
+            qFatal("The test's own user cannot be restored");
+    }
+    OrdinaryUser(const OrdinaryUser &) = delete;
+    OrdinaryUser &operator=(const OrdinaryUser &) = delete;
+
+    bool isOrdinary() const { return m_isOrdinary; }
+
+private:
+    uid_t m_original = geteuid();
+    bool m_isOrdinary = m_original != 0;
+};
+
+/// Lets no file of this process grow beyond `bytes` while it lives, as a full disk would.
+class FileSizeLimit
+{
+public:
+    explicit FileSizeLimit(rlim_t bytes)
+    {
+        std::signal(SIGXFSZ, SIG_IGN);
+        getrlimit(RLIMIT_FSIZE, &m_original);
+        const rlimit limit{bytes, m_original.rlim_max};
+        setrlimit(RLIMIT_FSIZE, &limit);
+    }
+    ~FileSizeLimit() { setrlimit(RLIMIT_FSIZE, &m_original); }
+    FileSizeLimit(const FileSizeLimit &) = delete;
+    FileSizeLimit &operator=(const FileSizeLimit &) = delete;
+
+private:
+    rlimit m_original = {};
+};
+
+} // namespace
+
+class SqlitePreferenceBackendTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void init()
+    {
+        m_folder = std::make_unique<QTemporaryDir>();
+        QVERIFY(m_folder->isValid());
+        m_data = m_folder->filePath(u"data"_s);
+        m_path = m_data + u"/preferences.sqlite"_s;
+    }
+
+    void hasTheAgreedTable();
+    void readsWhatAnotherProgramWrote();
+    void aWrongStorageClassIsAbsent_data();
+    void aWrongStorageClassIsAbsent();
+    void livesInTheUsersDataFolder();
+
+    void belongsToTheUserAlone_data();
+    void belongsToTheUserAlone();
+    void withdrawsWhatOthersMayRead();
+    void forgetsWhatWasRemoved();
+    void forgetsWhatWasReplaced();
+
+    void movesAMalformedFileAside_data();
+    void movesAMalformedFileAside();
+    void movesALaterDamageAside();
+    void keepsStringsWhenTheFileVanishes();
+    void readsAfterAKilledProgram();
+
+    void survivesAFolderThatCannotBeMade();
+    void survivesAFolderInPlaceOfTheFile();
+    void survivesAFullDisk();
+    void survivesAReadOnlyFolder();
+    void survivesAReaderThatHoldsOn();
+
+private:
+    QStringList filesAside() const
+    {
+        return QDir(m_data).entryList({u"preferences.sqlite.corrupt-*"_s}, QDir::Files);
+    }
+
+    std::unique_ptr<QTemporaryDir> m_folder;
+    QString m_data;
+    QString m_path;
+};
+
+void SqlitePreferenceBackendTest::hasTheAgreedTable()
+{
+    const auto store = openStore(m_path);
+    store->setData(u"a.history"_s, constant("[]"));
+    store->setString(u"b.text"_s, u"true"_s);
+    store->setBoolean(u"c.yes"_s, true);
+    store->setBoolean(u"d.no"_s, false);
+    QVERIFY(store->flush());
+    QCOMPARE(query(m_path, u"SELECT sql FROM sqlite_schema WHERE type = 'table'"_s),
+             QStringList(u"CREATE TABLE preferences(key TEXT PRIMARY KEY, value)"_s));
+    QCOMPARE(query(m_path, u"SELECT key, typeof(value), value FROM preferences ORDER BY key"_s),
+             QStringList({u"a.history|blob|[]"_s, u"b.text|text|true"_s, u"c.yes|integer|1"_s,
+                          u"d.no|integer|0"_s}));
+    QCOMPARE(query(m_path, u"PRAGMA journal_mode"_s), QStringList(u"wal"_s));
+}
+
+void SqlitePreferenceBackendTest::readsWhatAnotherProgramWrote()
+{
+    QVERIFY(openStore(m_path)->flush());
+    QCOMPARE(query(m_path,
+                   u"INSERT INTO preferences VALUES('text', 'ñ'), ('yes', 1), ('no', 0), "
+                   "('bytes', x'00FF')"_s),
+             QStringList());
+    const auto store = openStore(m_path);
+    QCOMPARE(store->string(u"text"_s), u"ñ"_s);
+    QCOMPARE(store->boolean(u"yes"_s), true);
+    QCOMPARE(store->boolean(u"no"_s), false);
+    QCOMPARE(store->data(u"bytes"_s), QByteArray("\0\xFF", 2));
+}
+
+void SqlitePreferenceBackendTest::aWrongStorageClassIsAbsent_data()
+{
+    QTest::addColumn<QString>("value");
+    QTest::newRow("real") << u"1.5"_s;
+    QTest::newRow("null") << u"NULL"_s;
+}
+
+void SqlitePreferenceBackendTest::aWrongStorageClassIsAbsent()
+{
+    QFETCH(QString, value);
+    QVERIFY(openStore(m_path)->flush());
+    QCOMPARE(query(m_path, u"INSERT INTO preferences VALUES('key', %1)"_s.arg(value)),
+             QStringList());
+    const auto store = openStore(m_path);
+    QCOMPARE(store->data(u"key"_s), std::nullopt);
+    QCOMPARE(store->string(u"key"_s), std::nullopt);
+    QCOMPARE(store->boolean(u"key"_s), std::nullopt);
+    store->setString(u"key"_s, u"replaced"_s);
+    QVERIFY(store->flush());
+    QCOMPARE(query(m_path, u"SELECT value FROM preferences"_s), QStringList(u"replaced"_s));
+}
+
+void SqlitePreferenceBackendTest::livesInTheUsersDataFolder()
+{
+#ifdef Q_OS_MACOS
+    QSKIP("macOS keeps preferences in the user defaults");
+#endif
+    const QByteArray original = qgetenv("XDG_DATA_HOME");
+    qputenv("XDG_DATA_HOME", m_data.toUtf8());
+    {
+        const auto store = makeUserPreferenceStore();
+        store->setString(u"text"_s, u"1"_s);
+    }
+    const QString folder = userDataFolder();
+    qputenv("XDG_DATA_HOME", original);
+    QCOMPARE(folder, m_data + u"/aulora-ia"_s);
+    QCOMPARE(query(folder + u"/preferences.sqlite"_s, u"SELECT value FROM preferences"_s),
+             QStringList(u"1"_s));
+    QCOMPARE(mode(folder), 0700);
+}
+
+void SqlitePreferenceBackendTest::belongsToTheUserAlone_data()
+{
+    QTest::addColumn<int>("mask");
+    QTest::newRow("open mask") << 0;
+    QTest::newRow("usual mask") << 022;
+    QTest::newRow("strict mask") << 077;
+    QTest::newRow("mask that withdraws from the owner") << 0200;
+}
+
+void SqlitePreferenceBackendTest::belongsToTheUserAlone()
+{
+    QFETCH(int, mask);
+    const mode_t original = umask(mode_t(mask));
+    const auto store = openStore(m_path);
+    store->setString(u"text"_s, u"1"_s);
+    const bool isCommitted = store->flush();
+    umask(original);
+    QVERIFY(isCommitted);
+    QCOMPARE(mode(m_data), 0700);
+    QCOMPARE(mode(m_path), 0600);
+    QCOMPARE(mode(m_path + u"-wal"_s), 0600);
+    QCOMPARE(mode(m_path + u"-shm"_s), 0600);
+}
+
+void SqlitePreferenceBackendTest::withdrawsWhatOthersMayRead()
+{
+    QVERIFY(openStore(m_path)->flush());
+    QCOMPARE(chmod(qPrintable(m_data), 0755), 0);
+    QCOMPARE(chmod(qPrintable(m_path), 0644), 0);
+    QVERIFY(openStore(m_path)->flush());
+    QCOMPARE(mode(m_data), 0700);
+    QCOMPARE(mode(m_path), 0600);
+}
+
+void SqlitePreferenceBackendTest::forgetsWhatWasRemoved()
+{
+    const auto store = openStore(m_path);
+    const QByteArray secret = randomBytes(16);
+    const auto filesWithTheSecret = [&] {
+        QStringList names;
+        for (const QString &name : QDir(m_data).entryList(QDir::Files)) {
+            if (contents(m_data + u'/' + name).contains(secret))
+                names.append(name);
+        }
+        return names;
+    };
+    for (const int repetitions : {1, 1'000, 100'000, 30'000, 1}) {
+        store->setData(u"history"_s, constant((secret + "0123456").repeated(repetitions)));
+        QVERIFY(store->flush());
+    }
+    QVERIFY(!filesWithTheSecret().isEmpty());
+
+    store->setData(u"history"_s, constant(secret.repeated(100'000)));
+    QVERIFY(store->flush());
+    store->remove(u"history"_s);
+    store->setData(u"history"_s, constant("[]"));
+    QVERIFY(store->flush());
+    QCOMPARE(filesWithTheSecret(), QStringList());
+}
+
+void SqlitePreferenceBackendTest::forgetsWhatWasReplaced()
+{
+    const auto store = openStore(m_path);
+    const QByteArray secret = randomBytes(16);
+    for (const int repetitions : {100'000, 200}) {
+        store->setData(u"history"_s, constant(secret.repeated(repetitions)));
+        QVERIFY(store->flush());
+        store->setData(u"history"_s, constant("[]"));
+        QVERIFY(store->flush());
+        for (const QString &name : QDir(m_data).entryList(QDir::Files))
+            QVERIFY2(!contents(m_data + u'/' + name).contains(secret), qPrintable(name));
+    }
+}
+
+void SqlitePreferenceBackendTest::movesAMalformedFileAside_data()
+{
+    using Damage = std::function<void(const QString &path)>;
+    QTest::addColumn<Damage>("damage");
+    QTest::newRow("no database") << Damage([](const QString &path) {
+        QFile::resize(path, 0);
+        overwrite(path, 0, "This is a text and no database. " + randomBytes(10'000));
+    });
+    QTest::newRow("header overwritten")
+        << Damage([](const QString &path) { overwrite(path, 0, randomBytes(100)); });
+    QTest::newRow("first page overwritten after its header")
+        << Damage([](const QString &path) { overwrite(path, 100, QByteArray(3'900, '\xFF')); });
+    QTest::newRow("cut off in a page")
+        << Damage([](const QString &path) { QFile::resize(path, 5'000); });
+    QTest::newRow("cut off within the history")
+        << Damage([](const QString &path) { QFile::resize(path, QFile(path).size() / 2); });
+    QTest::newRow("with a log beside it") << Damage([](const QString &path) {
+        overwrite(path, 0, randomBytes(4'096));
+        QFile log(path + u"-wal"_s);
+        QVERIFY(log.open(QFile::WriteOnly));
+        log.write(randomBytes(5'000));
+    });
+}
+
+void SqlitePreferenceBackendTest::movesAMalformedFileAside()
+{
+    QFETCH(std::function<void(const QString &path)>, damage);
+    {
+        const auto store = openStore(m_path);
+        store->setData(u"history"_s, constant(randomBytes(300'000)));
+        store->setString(u"text"_s, u"before"_s);
+    }
+    damage(m_path);
+    const QByteArray damaged = contents(m_path);
+    {
+        const auto store = openStore(m_path);
+        QCOMPARE(store->data(u"history"_s), std::nullopt);
+        store->setData(u"history"_s, constant("[]"));
+        store->setString(u"text"_s, u"after"_s);
+        QVERIFY(store->flush());
+    }
+    QCOMPARE(filesAside().filter(QRegularExpression(u"\\d{8}T\\d{9}Z\\z"_s)).size(), 1);
+    QCOMPARE(contents(m_data + u'/' + filesAside().first()), damaged);
+    QCOMPARE(mode(m_data + u'/' + filesAside().first()), 0600);
+    const auto store = openStore(m_path);
+    QCOMPARE(store->data(u"history"_s), "[]");
+    QCOMPARE(store->string(u"text"_s), u"after"_s);
+}
+
+void SqlitePreferenceBackendTest::movesALaterDamageAside()
+{
+    const auto store = openStore(m_path);
+    store->setString(u"identifier"_s, u"aulora-1"_s);
+    store->setData(u"history"_s, constant(randomBytes(300'000)));
+    QVERIFY(store->flush());
+    overwrite(m_path, 0, randomBytes(QFile(m_path).size()));
+    store->setData(u"history"_s, constant("[]"));
+    QVERIFY(store->flush());
+    QCOMPARE(filesAside().size(), 1);
+    const auto next = openStore(m_path);
+    QCOMPARE(next->string(u"identifier"_s), u"aulora-1"_s);
+    QCOMPARE(next->data(u"history"_s), "[]");
+}
+
+void SqlitePreferenceBackendTest::keepsStringsWhenTheFileVanishes()
+{
+    const auto store = openStore(m_path);
+    store->setString(u"identifier"_s, u"aulora-1"_s);
+    store->setBoolean(u"flag"_s, false);
+    QVERIFY(store->flush());
+    QVERIFY(QDir(m_data).removeRecursively());
+    store->setData(u"history"_s, constant("[]"));
+    QVERIFY(store->flush());
+    const auto next = openStore(m_path);
+    QCOMPARE(next->string(u"identifier"_s), u"aulora-1"_s);
+    QCOMPARE(next->boolean(u"flag"_s), false);
+    QCOMPARE(next->data(u"history"_s), "[]");
+}
+
+void SqlitePreferenceBackendTest::readsAfterAKilledProgram()
+{
+    const QByteArray history = randomBytes(300'000);
+    const QString copy = m_folder->filePath(u"copy"_s);
+    {
+        const auto store = openStore(m_path);
+        store->setData(u"history"_s, constant("[]"));
+        QVERIFY(store->flush());
+        // Another program's unfinished reading keeps the newest commit in the log.
+        QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"reader"_s);
+        database.setDatabaseName(m_path);
+        QVERIFY(database.open());
+        QVERIFY(database.transaction());
+        QSqlQuery reading(u"SELECT value FROM preferences"_s, database);
+        QVERIFY(reading.next());
+        store->setData(u"history"_s, constant(history));
+        store->flush();
+        QVERIFY(QDir().mkpath(copy));
+        for (const QString &name : {u"preferences.sqlite"_s, u"preferences.sqlite-wal"_s})
+            QVERIFY(QFile::copy(m_data + u'/' + name, copy + u'/' + name));
+        reading.finish();
+        database.close();
+    }
+    QSqlDatabase::removeDatabase(u"reader"_s);
+    QVERIFY(QFile(copy + u"/preferences.sqlite-wal"_s).size() > history.size());
+    QCOMPARE(openStore(copy + u"/preferences.sqlite"_s)->data(u"history"_s), history);
+}
+
+void SqlitePreferenceBackendTest::survivesAFolderThatCannotBeMade()
+{
+    QFile obstacle(m_data);
+    QVERIFY(obstacle.open(QFile::WriteOnly));
+    obstacle.close();
+    const auto store = openStore(m_path);
+    const QSignalSpy failures(store.get(), &PreferenceStore::commitFailed);
+    QCOMPARE(store->data(u"history"_s), std::nullopt);
+    store->setData(u"history"_s, constant("[]"));
+    QVERIFY(!store->flush());
+    QVERIFY(!store->flush());
+    QCOMPARE(failures.size(), 1);
+    QCOMPARE(store->data(u"history"_s), "[]");
+    QVERIFY(obstacle.remove());
+    QVERIFY(store->flush());
+    QCOMPARE(openStore(m_path)->data(u"history"_s), "[]");
+}
+
+void SqlitePreferenceBackendTest::survivesAFolderInPlaceOfTheFile()
+{
+    QVERIFY(QDir().mkpath(m_path));
+    const auto store = openStore(m_path);
+    const QSignalSpy failures(store.get(), &PreferenceStore::commitFailed);
+    QCOMPARE(store->data(u"history"_s), std::nullopt);
+    store->setData(u"history"_s, constant("[]"));
+    QVERIFY(!store->flush());
+    QCOMPARE(failures.size(), 1);
+    QVERIFY(!failures.first().first().toString().isEmpty());
+    QVERIFY(QDir().rmdir(m_path));
+    QVERIFY(store->flush());
+    QCOMPARE(openStore(m_path)->data(u"history"_s), "[]");
+}
+
+void SqlitePreferenceBackendTest::survivesAFullDisk()
+{
+    const QByteArray small = randomBytes(10'000);
+    const QByteArray large = randomBytes(3'000'000);
+    const auto store = openStore(m_path);
+    const QSignalSpy failures(store.get(), &PreferenceStore::commitFailed);
+    store->setData(u"history"_s, constant(small));
+    QVERIFY(store->flush());
+    {
+        const FileSizeLimit limit(1'000'000);
+        store->setData(u"history"_s, constant(large));
+        QVERIFY(!store->flush());
+        QVERIFY(!store->flush());
+        QCOMPARE(failures.size(), 1);
+        QCOMPARE(openStore(m_path)->data(u"history"_s), small);
+    }
+    QVERIFY(store->flush());
+    QCOMPARE(openStore(m_path)->data(u"history"_s), large);
+    QVERIFY(QFile(m_path).size() < 2 * large.size());
+}
+
+void SqlitePreferenceBackendTest::survivesAReadOnlyFolder()
+{
+    const OrdinaryUser user(m_folder->path());
+    QVERIFY(user.isOrdinary());
+    const QByteArray history = randomBytes(300'000);
+    {
+        const auto store = openStore(m_path);
+        store->setData(u"history"_s, constant(history));
+        store->setString(u"text"_s, u"before"_s);
+    }
+    QCOMPARE(chmod(qPrintable(m_path), 0400), 0);
+    QCOMPARE(chmod(qPrintable(m_data), 0500), 0);
+    const QByteArray file = contents(m_path);
+
+    const auto store = openStore(m_path);
+    const QSignalSpy failures(store.get(), &PreferenceStore::commitFailed);
+    QCOMPARE(store->string(u"text"_s), u"before"_s);
+    QCOMPARE(store->data(u"history"_s), history);
+    store->setData(u"history"_s, constant("[]"));
+    QVERIFY(!store->flush());
+    QVERIFY(!store->flush());
+    QCOMPARE(failures.size(), 1);
+    QCOMPARE(contents(m_path), file);
+
+    QCOMPARE(chmod(qPrintable(m_data), 0700), 0);
+    QCOMPARE(chmod(qPrintable(m_path), 0600), 0);
+    QVERIFY(store->flush());
+    QCOMPARE(openStore(m_path)->data(u"history"_s), "[]");
+}
+
+void SqlitePreferenceBackendTest::survivesAReaderThatHoldsOn()
+{
+    const auto store = openStore(m_path);
+    store->setData(u"history"_s, constant("first"));
+    QVERIFY(store->flush());
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"reader"_s);
+        database.setDatabaseName(m_path);
+        QVERIFY(database.open());
+        QVERIFY(database.transaction());
+        QSqlQuery reading(u"SELECT value FROM preferences"_s, database);
+        QVERIFY(reading.next());
+        store->setData(u"history"_s, constant("second"));
+        QVERIFY(!store->flush());
+        QCOMPARE(store->data(u"history"_s), "second");
+        reading.finish();
+        QVERIFY(database.rollback());
+        database.close();
+    }
+    QSqlDatabase::removeDatabase(u"reader"_s);
+    QVERIFY(store->flush());
+    QCOMPARE(contents(m_path + u"-wal"_s), "");
+    QCOMPARE(openStore(m_path)->data(u"history"_s), "second");
+}
+
+QTEST_GUILESS_MAIN(SqlitePreferenceBackendTest)
+#include "SqlitePreferenceBackendTest.moc"
