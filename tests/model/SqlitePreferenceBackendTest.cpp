@@ -379,7 +379,8 @@ void SqlitePreferenceBackendTest::movesALaterDamageAside()
 {
     const auto store = openStore(m_path);
     store->setString(u"identifier"_s, u"aulora-1"_s);
-    store->setData(u"history"_s, constant(randomBytes(300'000)));
+    // More than the connection keeps in memory, where it would not see the damage.
+    store->setData(u"history"_s, constant(randomBytes(6'000'000)));
     QVERIFY(store->flush());
     overwrite(m_path, 0, randomBytes(QFile(m_path).size()));
     store->setData(u"history"_s, constant("[]"));
