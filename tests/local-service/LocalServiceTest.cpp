@@ -117,7 +117,7 @@ private Q_SLOTS:
         QTest::addColumn<int>("status");
         QTest::addColumn<QByteArray>("text");
 
-        constexpr qsizetype limit = 20 * 1024 * 1024;
+        constexpr qsizetype limit = qsizetype{20} * 1024 * 1024;
         const QByteArray good = questionOfSize(200);
         const QByteArray postText = "POST /api/chat HTTP/1.1\r\nHost: localhost\r\n"
                                     "Content-Type: text/plain\r\nContent-Length: 2\r\n\r\n{}";
@@ -243,8 +243,10 @@ private Q_SLOTS:
     {
         // A line every two seconds: no answer is whole before the last client is served.
         RunningService service(u"0.5"_s);
+        constexpr int clients = 64;
         std::vector<std::unique_ptr<HttpsExchange>> exchanges;
-        for (int i = 0; i < 64; ++i)
+        exchanges.reserve(clients);
+        for (int i = 0; i < clients; ++i)
             exchanges.push_back(service.ask("Quiero estudiar Genética."));
         for (const auto &exchange : exchanges)
             QTRY_VERIFY_WITH_TIMEOUT(exchange->body().startsWith("# Genética\n"), patience);
