@@ -2,16 +2,14 @@ import QtQuick
 import Aulora.Theme
 
 /// One of the appearances to choose from.
-PlainButton {
+PlainRadioButton {
     id: option
 
     required property bool selected
 
     implicitHeight: 68
     focusRadius: 12
-    Accessible.role: Accessible.RadioButton
-    Accessible.checkable: true
-    Accessible.checked: selected
+    checked: selected
 
     background: ContinuousRectangle {
         radius: option.focusRadius

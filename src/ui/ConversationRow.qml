@@ -2,7 +2,7 @@ import QtQuick
 import Aulora.Theme
 
 /// One conversation in the sidebar's list.
-PlainButton {
+PlainListItem {
     id: row
 
     required property string title
@@ -16,14 +16,12 @@ PlainButton {
     readonly property int longestShownTitle: 400
 
     text: title
+    highlighted: selected
     implicitHeight: Math.max(43, contentItem.implicitHeight)
     focusRadius: 9
     leftPadding: 8
     rightPadding: 8
-    Accessible.role: Accessible.ListItem
     Accessible.description: countText
-    Accessible.selectable: true
-    Accessible.selected: selected
 
     background: ContinuousRectangle {
         radius: row.focusRadius

@@ -21,7 +21,6 @@ ModalSheet {
     contentItem: Column {
         spacing: 10
         width: 260
-        Accessible.name: alert.title
 
         Label {
             width: 260
@@ -29,6 +28,8 @@ ModalSheet {
             points: 13
             weight: Font.Bold
             wrapMode: Text.Wrap
+            maximumLineCount: 3
+            elide: Text.ElideRight
             horizontalAlignment: Text.AlignHCenter
         }
 
@@ -38,6 +39,8 @@ ModalSheet {
             text: alert.message
             points: 11
             wrapMode: Text.Wrap
+            maximumLineCount: 12
+            elide: Text.ElideRight
             horizontalAlignment: Text.AlignHCenter
         }
 

@@ -1,18 +1,38 @@
 pragma ComponentBehavior: Bound
 import QtQuick
+import QtQuick.Templates as T
 import Aulora.Theme
 
-// Shows around its parent that the keyboard acts on it.
-ContinuousRectangle {
+// What the keyboard needs of a button: a ring around it while the keyboard got there by itself,
+// and, when the button forwards its keys here, a press of Return, which the toolkit leaves alone.
+Item {
+    id: ring
+
+    required property T.AbstractButton control
     /// The corner radius of what it surrounds.
     property real innerRadius: 6
 
+    signal returnPressed
+
     readonly property real gap: 2
+    readonly property real thickness: 2.5
 
     anchors.fill: parent
-    anchors.margins: -gap - borderWidth
+    anchors.margins: -gap - thickness
     z: 1
-    radius: innerRadius + gap + borderWidth
-    borderWidth: 2.5
-    borderColor: Qt.alpha(Theme.dark ? Qt.lighter(Theme.accent, 1.9) : Theme.accent, 0.65)
+
+    Keys.onPressed: event => {
+        event.accepted = event.key === Qt.Key_Return || event.key === Qt.Key_Enter;
+        if (event.accepted && !event.isAutoRepeat)
+            returnPressed();
+    }
+
+    // Keys are only forwarded to what is visible, so not all of this is hidden.
+    ContinuousRectangle {
+        anchors.fill: parent
+        visible: ring.control.visualFocus
+        radius: ring.innerRadius + ring.gap + ring.thickness
+        borderWidth: ring.thickness
+        borderColor: Qt.alpha(Theme.dark ? Qt.lighter(Theme.accent, 1.9) : Theme.accent, 0.65)
+    }
 }

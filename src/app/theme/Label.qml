@@ -11,4 +11,6 @@ Text {
     textFormat: Text.PlainText
     color: Theme.primary
     font: Theme.font(points, weight, tracking)
+    Accessible.role: Accessible.StaticText
+    Accessible.name: text
 }

@@ -14,6 +14,9 @@ T.Dialog {
 
     readonly property int fadeDuration: 160
 
+    /// Who had the keyboard before, and gets it back.
+    property Item previousFocusItem: null
+
     parent: T.Overlay.overlay
     x: parent ? Math.round((parent.width - width) / 2) : 0
     y: parent ? Math.round((parent.height - height) / 2) : 0
@@ -24,9 +27,15 @@ T.Dialog {
     visible: presented
     closePolicy: T.Popup.CloseOnEscape
 
+    onAboutToShow: previousFocusItem = parent.Window.activeFocusItem
     onAboutToHide: {
         if (presented)
             dismissed();
+    }
+    onClosed: {
+        if (previousFocusItem)
+            previousFocusItem.forceActiveFocus(Qt.PopupFocusReason);
+        previousFocusItem = null;
     }
 
     background: ContinuousRectangle {

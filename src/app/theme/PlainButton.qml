@@ -14,23 +14,19 @@ T.AbstractButton {
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     focusPolicy: Qt.TabFocus
     opacity: down ? 0.65 : 1
+    Keys.forwardTo: [ring]
+    Accessible.name: text
     // The toolkit offers the action to a screen reader but leaves doing it to us.
     Accessible.onPressAction: {
         if (button.enabled)
             button.clicked();
     }
 
-    Keys.onReturnPressed: event => {
-        if (!event.isAutoRepeat)
-            button.clicked();
-    }
-    Keys.onEnterPressed: event => {
-        if (!event.isAutoRepeat)
-            button.clicked();
-    }
-
     FocusRing {
-        visible: button.visualFocus
+        id: ring
+
+        control: button
         innerRadius: button.focusRadius
+        onReturnPressed: button.clicked()
     }
 }

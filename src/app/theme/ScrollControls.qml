@@ -12,13 +12,14 @@ Item {
     required property Flickable flickable
 
     readonly property real wheelStep: 60
+    readonly property bool scrollable: flickable.contentHeight > flickable.height
 
     function scrollBy(distance: real) {
         const end = Math.max(0, flickable.contentHeight - flickable.height);
         flickable.contentY = flickable.originY + Math.max(0, Math.min(end, flickable.contentY - flickable.originY + distance));
     }
 
-    /// Takes the keys that scroll; `event` is accepted when it was one of them.
+    /// Takes the keys that scroll, while there is something to scroll.
     function pressKey(event: var) {
         const page = flickable.height * 0.9;
         const distances = {
@@ -28,7 +29,7 @@ Item {
             [Qt.Key_End]: flickable.contentHeight
         };
         const distance = distances[event.key];
-        event.accepted = distance !== undefined;
+        event.accepted = scrollable && distance !== undefined;
         if (event.accepted)
             scrollBy(distance);
     }
@@ -47,6 +48,7 @@ Item {
     z: 1
 
     WheelHandler {
+        enabled: controls.scrollable
         acceptedDevices: PointerDevice.Mouse | PointerDevice.TouchPad
         onWheel: event => controls.scrollBy(-(event.pixelDelta.y || event.angleDelta.y / 120 * controls.wheelStep))
     }
@@ -79,15 +81,13 @@ Item {
     T.ScrollBar {
         id: bar
 
-        readonly property bool needed: size < 1
-
         anchors.top: parent.top
         anchors.right: parent.right
         anchors.bottom: parent.bottom
         implicitWidth: 11
         padding: 2
         minimumSize: 24 / Math.max(24, height)
-        visible: needed
+        visible: controls.scrollable
         hoverEnabled: true
         size: controls.flickable.visibleArea.heightRatio
         Accessible.ignored: true

@@ -65,13 +65,11 @@ FocusScope {
 
                     model: picker.model
 
-                    PlainButton {
+                    PlainRadioButton {
                         id: segment
 
                         required property var modelData
                         required property int index
-
-                        readonly property bool selected: index === picker.currentIndex
 
                         text: modelData.label
                         width: segments.width / repeater.count
@@ -79,18 +77,14 @@ FocusScope {
                         leftPadding: 12
                         rightPadding: 12
                         focusRadius: 5
-                        focus: selected
+                        checked: index === picker.currentIndex
+                        focus: checked
                         // One tab stop for all: the selected segment, or the first without one.
-                        focusPolicy: selected || (picker.currentIndex < 0 && index === 0) ? Qt.TabFocus : Qt.NoFocus
-                        Accessible.role: Accessible.RadioButton
-                        Accessible.checkable: true
-                        Accessible.checked: selected
-                        Accessible.onPressAction: segment.clicked()
-                        Accessible.onToggleAction: segment.clicked()
+                        focusPolicy: checked || (picker.currentIndex < 0 && index === 0) ? Qt.TabFocus : Qt.NoFocus
                         onClicked: picker.picked(modelData.value)
 
                         background: ContinuousRectangle {
-                            visible: segment.selected
+                            visible: segment.checked
                             radius: segment.focusRadius
                             color: Theme.dark ? Theme.primaryAt(0.25) : Theme.textBackground
                             borderWidth: 0.5
@@ -99,7 +93,7 @@ FocusScope {
                         contentItem: Label {
                             text: segment.text
                             points: 12
-                            weight: segment.selected ? Font.Medium : Font.Normal
+                            weight: segment.checked ? Font.Medium : Font.Normal
                             horizontalAlignment: Text.AlignHCenter
                             verticalAlignment: Text.AlignVCenter
                             Accessible.ignored: true

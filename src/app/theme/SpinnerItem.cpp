@@ -15,6 +15,7 @@ SpinnerItem::SpinnerItem(QQuickItem *parent)
     : ImageItem(parent)
 {
     setImplicitSize(m_diameter, m_diameter);
+    updateRunning();
 }
 
 void SpinnerItem::setDiameter(int points)

@@ -11,14 +11,15 @@ T.Switch {
     implicitHeight: Math.max(implicitContentHeight, implicitIndicatorHeight)
     spacing: 10
     focusPolicy: Qt.TabFocus
+    Keys.forwardTo: [ring]
     Accessible.role: Accessible.CheckBox
+    Accessible.name: text
     Accessible.onPressAction: flip()
     Accessible.onToggleAction: flip()
 
-    Keys.onReturnPressed: flip()
-    Keys.onEnterPressed: flip()
-
     function flip() {
+        if (!enabled)
+            return;
         toggle();
         toggled();
     }
@@ -28,6 +29,15 @@ T.Switch {
         points: 13
         verticalAlignment: Text.AlignVCenter
         Accessible.ignored: true
+    }
+
+    FocusRing {
+        id: ring
+
+        parent: control.indicator
+        control: control
+        innerRadius: 11
+        onReturnPressed: control.flip()
     }
 
     indicator: ContinuousRectangle {
@@ -56,11 +66,6 @@ T.Switch {
                 enabled: !control.down
                 NumberAnimation { duration: 120; easing.type: Easing.OutCubic }
             }
-        }
-
-        FocusRing {
-            visible: control.visualFocus
-            innerRadius: 11
         }
     }
 }

@@ -1,0 +1,37 @@
+pragma ComponentBehavior: Bound
+import QtQuick
+import QtQuick.Templates as T
+import Aulora.Theme
+
+// A plain button that is one of several choices: what is checked is the current one.
+T.RadioButton {
+    id: button
+
+    property real focusRadius: 8
+
+    implicitWidth: implicitContentWidth + leftPadding + rightPadding
+    implicitHeight: implicitContentHeight + topPadding + bottomPadding
+    focusPolicy: Qt.TabFocus
+    opacity: down ? 0.65 : 1
+    Keys.forwardTo: [ring]
+    // The role is the toolkit's own for this control; another one stated here would not count.
+    Accessible.role: Accessible.RadioButton
+    Accessible.name: text
+    Accessible.checkable: true
+    Accessible.checked: checked
+    Accessible.onToggleAction: press()
+    Accessible.onPressAction: press()
+
+    function press() {
+        if (enabled)
+            clicked();
+    }
+
+    FocusRing {
+        id: ring
+
+        control: button
+        innerRadius: button.focusRadius
+        onReturnPressed: button.clicked()
+    }
+}
