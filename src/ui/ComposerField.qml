@@ -23,8 +23,12 @@ FocusScope {
     signal pasteRequested
 
     function pasteText() {
-        bulk = Math.max(bulk, ComposerRules.clipboardTextBulk(ComposerRules.Clipboard));
+        prepareFor(ComposerRules.clipboardTextBulk(ComposerRules.Clipboard));
         edit.paste();
+    }
+
+    function prepareFor(bulk: int) {
+        field.bulk = Math.max(field.bulk, bulk);
     }
 
     function insertNewLine() {
@@ -59,6 +63,13 @@ FocusScope {
         color: Theme.panelBackground
         borderColor: Theme.hairline
         borderWidth: 1
+    }
+
+    // The margins around the text are as good a place to start writing as the text itself.
+    MouseArea {
+        anchors.fill: parent
+        cursorShape: Qt.IBeamCursor
+        onPressed: edit.forceActiveFocus(Qt.MouseFocusReason)
     }
 
     Label {
@@ -107,9 +118,20 @@ FocusScope {
             Accessible.multiLine: true
             onCursorRectangleChanged: field.showCursor()
             onTextChanged: {
-                field.bulk = Math.max(field.bulk, ComposerRules.textBulk(text));
+                field.prepareFor(ComposerRules.textBulk(text));
                 if (text !== field.text)
                     field.textEdited(text);
+            }
+
+            MouseArea {
+                anchors.fill: parent
+                acceptedButtons: Qt.MiddleButton
+                cursorShape: Qt.IBeamCursor
+                // The text pastes what is selected, if that is the desktop's custom.
+                onPressed: event => {
+                    field.prepareFor(ComposerRules.clipboardTextBulk(ComposerRules.Selection));
+                    event.accepted = false;
+                }
             }
 
             Keys.onPressed: event => {

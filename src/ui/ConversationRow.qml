@@ -17,7 +17,8 @@ PlainListItem {
 
     text: title
     highlighted: selected
-    implicitHeight: Math.max(43, contentItem.implicitHeight)
+    // A title of several lines keeps clear of the edges.
+    implicitHeight: Math.max(43, contentItem.implicitHeight + 2 * 4)
     focusRadius: 9
     leftPadding: 8
     rightPadding: 8

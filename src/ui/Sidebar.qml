@@ -159,67 +159,14 @@ Rectangle {
         }
     }
 
-    ListView {
-        id: list
-
+    ConversationList {
         objectName: "list"
         anchors.top: top.bottom
+        anchors.topMargin: -focusRingRoom
         anchors.bottom: foot.top
-        anchors.left: parent.left
-        anchors.right: parent.right
-        leftMargin: 8
-        rightMargin: 8
-        bottomMargin: 12
-        spacing: 4
-        clip: true
-        boundsBehavior: Flickable.StopAtBounds
-        interactive: false
-        activeFocusOnTab: true
-        highlightMoveDuration: 0
+        width: parent.width
         model: sidebar.conversations
-        Accessible.role: Accessible.List
-        Accessible.name: "Conversaciones"
-
-        delegate: ConversationRow {
-            id: delegate
-
-            required property int index
-            required property var conversationID
-
-            function becomeCurrent() {
-                if (selected)
-                    makeCurrent.restart();
-            }
-
-            width: list.width - list.leftMargin - list.rightMargin
-            // The list is one stop of the Tab key; the arrow keys move within it.
-            focusPolicy: Qt.NoFocus
-            onClicked: sidebar.conversationChosen(delegate.conversationID)
-            onSelectedChanged: becomeCurrent()
-            Component.onCompleted: becomeCurrent()
-
-            // The keyboard enters the list at the selected conversation. The list moves its
-            // current index along with inserted rows only after it made them, so this waits.
-            Timer {
-                id: makeCurrent
-
-                interval: 0
-                onTriggered: list.currentIndex = delegate.index
-            }
-        }
-
-        ScrollControls {
-            flickable: list
-        }
-
-        Keys.onUpPressed: {
-            decrementCurrentIndex();
-            currentItem.forceActiveFocus(Qt.BacktabFocusReason);
-        }
-        Keys.onDownPressed: {
-            incrementCurrentIndex();
-            currentItem.forceActiveFocus(Qt.TabFocusReason);
-        }
+        onConversationChosen: id => sidebar.conversationChosen(id)
     }
 
     Column {

@@ -1,4 +1,6 @@
 #include "SampleConversations.h"
+#include "SampleInputMethod.h"
+#include "SampleProgram.h"
 
 #include <QQmlEngine>
 #include <QQmlError>
@@ -28,6 +30,8 @@ private:
 int main(int argc, char *argv[])
 {
     qmlRegisterType<SampleConversations>("Aulora.Test", 1, 0, "SampleConversations");
+    qmlRegisterType<SampleInputMethod>("Aulora.Test", 1, 0, "SampleInputMethod");
+    qmlRegisterType<SampleProgram>("Aulora.Test", 1, 0, "SampleProgram");
     QmlTestSetup setup;
     const int failures
         = quick_test_main_with_setup(argc, argv, "qml", QML_TEST_SOURCE_DIRECTORY, &setup);

@@ -2,6 +2,7 @@ pragma ComponentBehavior: Bound
 
 import QtQuick
 import QtTest
+import Aulora.Test
 import Aulora.Theme
 import Aulora.Ui
 
@@ -25,11 +26,17 @@ Item {
             focus: true
             text: root.messageText
             hasImage: root.hasImage
+            imagePreview: ""
+            imageName: "placa.png"
             imageAnalysisEnabled: root.imageAnalysisEnabled
             isLoading: root.isLoading
             onTextEdited: text => root.messageText = text
             onPasteRequested: pasteText()
         }
+    }
+
+    SampleInputMethod {
+        id: inputMethod
     }
 
     TextEdit {
@@ -233,6 +240,41 @@ Item {
             edit.selectAll();
             keyClick(data.key, data.modifiers);
             compare(root.messageText, "\n");
+        }
+
+        function test_returnWhileComposing_data() {
+            return [
+                { tag: "return", modifiers: Qt.NoModifier },
+                { tag: "shift return", modifiers: Qt.ShiftModifier },
+                { tag: "alt return", modifiers: Qt.AltModifier }
+            ];
+        }
+        function test_returnWhileComposing(data) {
+            type("cl");
+            inputMethod.compose("´");
+            compare(edit.inputMethodComposing, true);
+            keyClick(Qt.Key_Return, data.modifiers);
+            compare(sent.count, 0);
+            compare(root.messageText, "cl");
+            inputMethod.commit("í");
+            compare(root.messageText, "clí");
+            keyClick(Qt.Key_Return);
+            compare(sent.count, 1);
+        }
+
+        function test_composingHidesThePlaceholder() {
+            inputMethod.compose("´");
+            compare(child(bar, "placeholder").visible, false);
+            compare(bar.canSend, false);
+            inputMethod.compose("");
+            compare(child(bar, "placeholder").visible, true);
+        }
+
+        function test_pressBesideTheTextStartsWriting() {
+            root.forceActiveFocus();
+            compare(edit.activeFocus, false);
+            mouseClick(child(bar, "field"), 5, 5);
+            compare(edit.activeFocus, true);
         }
 
         function test_submitWithNothingToSend() {

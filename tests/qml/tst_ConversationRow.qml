@@ -75,11 +75,9 @@ Item {
             verifyClose(rectangle(count, row).y, rectangle(title, row).y + title.height + 2, "count's top");
             verifyClose(rectangle(title, row).x + title.width, 224 - 8, "title's end");
 
-            compare(row.Accessible.role, Accessible.ListItem);
             compare(accessibleName(row), "Histología");
             compare(row.Accessible.description, "3 mensajes");
-            compare(row.Accessible.selectable, true);
-            compare(row.Accessible.selected, data.selected);
+            compare(row.highlighted, data.selected);
         }
 
         function test_countIsAlwaysPlural_data() {

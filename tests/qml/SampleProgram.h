@@ -1,0 +1,79 @@
+#pragma once
+
+#include "ContentView.h"
+#include "HistoryStore.h"
+#include "ImageIntake.h"
+#include "InstallationIdentity.h"
+#include "MemoryPreferenceBackend.h"
+#include "PreferenceStore.h"
+#include "Preferences.h"
+#include "SendFlow.h"
+
+#include <QObject>
+
+/// Everything behind the window, on a preference store of its own, for a QML test to hand to a
+/// window and to change as a reply or a file would. Its assistant cannot be reached.
+class SampleProgram : public QObject
+{
+    Q_OBJECT
+    Q_PROPERTY(ContentView *contentView READ contentView CONSTANT)
+    Q_PROPERTY(ImageIntake *imageIntake READ imageIntake CONSTANT)
+    Q_PROPERTY(SendFlow *sendFlow READ sendFlow CONSTANT)
+
+public:
+    explicit SampleProgram(QObject *parent = nullptr)
+        : QObject(parent)
+    {
+        m_contentView.loadHistory();
+    }
+
+    ContentView *contentView() { return &m_contentView; }
+    ImageIntake *imageIntake() { return &m_imageIntake; }
+    SendFlow *sendFlow() { return &m_sendFlow; }
+
+    Q_INVOKABLE void setLoading(bool loading) { m_contentView.setLoading(loading); }
+    Q_INVOKABLE void failWith(const QString &notice)
+    {
+        m_contentView.appendAssistantNotice(notice);
+    }
+    Q_INVOKABLE void refuseImage(const QString &reason)
+    {
+        m_contentView.setImageImportError(reason);
+    }
+    Q_INVOKABLE void takeImage(const QByteArray &bytes, const QString &name)
+    {
+        m_contentView.setSelectedImage(bytes, name, QStringLiteral("image/png"));
+    }
+    Q_INVOKABLE void ask(const QString &question)
+    {
+        m_contentView.updateTitle(question);
+        ChatMessage message;
+        message.id = QUuid::createUuid();
+        message.text = question;
+        message.isUser = true;
+        m_contentView.appendMessage(message);
+    }
+    Q_INVOKABLE QString storedAppearance() const
+    {
+        return m_store.string(Preferences::appearanceKey).value_or(QString());
+    }
+
+private:
+    static AssistantService unreachableAssistant()
+    {
+        AssistantService service;
+        service.apiURL = QUrl(QStringLiteral("https://127.0.0.1:9/api/chat"));
+        return service;
+    }
+
+    PreferenceStore m_store{
+        std::make_unique<MemoryPreferenceBackend>(std::make_shared<PreferenceMemory>())};
+    Preferences m_preferences{&m_store};
+    HistoryStore m_historyStore{&m_store};
+    InstallationIdentity m_identity{&m_store};
+    ContentView m_contentView{&m_preferences, &m_historyStore};
+    ImageIntake m_imageIntake{&m_contentView};
+    SendFlow m_sendFlow{&m_contentView, &m_identity,
+                        [](const QByteArray &) { return std::optional<QByteArray>(); },
+                        unreachableAssistant()};
+};
