@@ -1,7 +1,6 @@
 #include "AssistantExchange.h"
 
 #include <QNetworkProxy>
-#include <QSslConfiguration>
 
 #include <utility>
 
@@ -34,11 +33,9 @@ AssistantExchange::AssistantExchange(AssistantService service, ChatRequestBody b
     connect(&m_socket, &QSslSocket::errorOccurred, this, &AssistantExchange::endConnection);
 }
 
-void AssistantExchange::start()
+void AssistantExchange::start(const QSslConfiguration &tlsConfiguration)
 {
-    QSslConfiguration security = QSslConfiguration::defaultConfiguration();
-    security.addCaCertificates(QSslCertificate::fromData(m_service.extraTrustAnchors));
-    m_socket.setSslConfiguration(security);
+    m_socket.setSslConfiguration(tlsConfiguration);
     m_socket.setReadBufferSize(readBufferSize);
     // Nothing but the service itself is to hear the question.
     m_socket.setProxy(QNetworkProxy::NoProxy);

@@ -32,7 +32,8 @@ public:
 
     AssistantExchange(AssistantService service, ChatRequestBody body, QObject *parent = nullptr);
 
-    void start();
+    /// Begins to connect. `tlsConfiguration` is what the service is trusted by.
+    void start(const QSslConfiguration &tlsConfiguration);
 
 Q_SIGNALS:
     /// The next lines of the reply, without their line ends, empty ones included.

