@@ -63,5 +63,5 @@ QImage SymbolItem::paintedImage(QSizeF, double ratio) const
 void SymbolItem::checkName() const
 {
     if (!symbolExists(m_name))
-        qmlWarning(this) << "no symbol is named" << m_name;
+        qmlWarning(this) << "no symbol is named " << m_name;
 }
