@@ -1,5 +1,6 @@
 #include "MyApp.h"
 
+#include "ApplicationIcon.h"
 #include "BuildNames.h"
 
 #include <QFile>
@@ -48,7 +49,15 @@ bool MyApp::start()
         {u"credentialsLine"_s, buildCredentialsLine.toString()},
     });
     m_engine.load(QUrl(u"qrc:/qt/qml/Aulora/MainWindow.qml"_s));
-    return !m_engine.rootObjects().isEmpty();
+    auto *window = qobject_cast<QQuickWindow *>(m_engine.rootObjects().value(0));
+    if (!window)
+        return false;
+    // Painting the icon takes a few milliseconds that the first frame need not wait for.
+    connect(
+        window, &QQuickWindow::frameSwapped, window,
+        [window] { window->setIcon(applicationIcon()); },
+        static_cast<Qt::ConnectionType>(Qt::QueuedConnection | Qt::SingleShotConnection));
+    return true;
 }
 
 void MyApp::raiseWindow()
