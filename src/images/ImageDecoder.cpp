@@ -12,6 +12,13 @@
 #include <QTransform>
 
 #include <algorithm>
+#include <cstdlib>
+#include <limits>
+
+#ifdef AULORA_HEIF_PLUGIN
+#include <QtPlugin>
+Q_IMPORT_PLUGIN(HeifPlugin)
+#endif
 
 namespace {
 
@@ -22,6 +29,15 @@ QSize fitted(QSize size, int longestSide)
         = std::min(double(longestSide) / std::max(size.width(), size.height()), 1.0);
     return {std::max(1, qRound(size.width() * factor)),
             std::max(1, qRound(size.height() * factor))};
+}
+
+/// The size the reader announces. A bitmap whose rows go from the top down announces a negative
+/// height.
+QSize announcedSize(const QImageReader &reader)
+{
+    const QSize size = reader.size();
+    constexpr int lowest = std::numeric_limits<int>::min();
+    return {size.width(), size.height() == lowest ? 0 : std::abs(size.height())};
 }
 
 /// The toolkit would turn the picture while it is still large and so need its memory twice.
@@ -56,7 +72,7 @@ std::optional<QImage> decodeImage(const QByteArray &bytes, int longestSide)
     reader.setAutoDetectImageFormat(false);
     reader.setDecideFormatFromContent(false);
 
-    const QSize size = reader.size();
+    const QSize size = announcedSize(reader);
     if (size.isEmpty() || qint64(size.width()) * size.height() > maximumImagePixels)
         return std::nullopt;
     const auto cost = decodingCost(bytes, *format, size);

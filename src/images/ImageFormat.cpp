@@ -69,7 +69,11 @@ QByteArray readerName(ImageFormat format)
     case ImageFormat::Tiff:
         return "tiff";
     case ImageFormat::Heic:
+#ifdef AULORA_HEIF_PLUGIN
+        return "aulora-heic";
+#else
         return "heic";
+#endif
     }
     Q_UNREACHABLE();
 }

@@ -11,7 +11,7 @@ constexpr qint64 maximumImagePixels = 120'000'000;
 /// The most memory a decoder may need, in bytes, by its own estimate. A photograph of 48 megapixels
 /// stays far below it; together with everything around the decoder it keeps the growth of the
 /// program's memory under 256 MB.
-constexpr qint64 maximumDecodingBytes = qint64(192) * 1024 * 1024;
+constexpr qint64 maximumDecodingBytes = qint64(216) * 1024 * 1024;
 
 /// The most pixels a decoder may visit, counting every pass over the image. Files that go over the
 /// same large picture hundreds of times in a few bytes a pass would hold the decoder for minutes.

@@ -1,5 +1,6 @@
 #include "ImagePreview.h"
 
+#include "HeicSamples.h"
 #include "ImageDecoder.h"
 #include "ImageFormat.h"
 #include "ImageLimits.h"
@@ -228,6 +229,32 @@ private Q_SLOTS:
         const QImage preview = previewOf(bytes);
         QCOMPARE(preview.size(), QSize(120, 80));
         QVERIFY(showsQuarters(preview));
+    }
+
+    void readsPhotographsFromPhones()
+    {
+        const QImage upright = previewOf(heicPhotograph());
+        QCOMPARE(upright.size(), QSize(64, 48));
+        QVERIFY(showsQuarters(upright));
+        QVERIFY(showsQuarters(previewOf(heicWithTenBits())));
+
+        // Turned once, by libheif: turned again it would show other quarters.
+        const QImage turned = previewOf(heicTurnedPhotograph());
+        QCOMPARE(turned.size(), QSize(48, 64));
+        QVERIFY(showsQuarters(turned.transformed(QTransform().rotate(90))));
+
+        const QImage gray = previewOf(heicInGray());
+        QVERIFY(isNear(gray.pixel(32, 24), QColor(100, 100, 100)));
+        const QImage halfClear = previewOf(heicWithAlpha());
+        QVERIFY(isNear(halfClear.pixel(16, 12), QColor(255, 128, 128)));
+    }
+
+    void shrinksPhotographsFromPhones()
+    {
+        const auto small = decodeImage(heicPhotograph(), 16);
+        QVERIFY(small);
+        QCOMPARE(small->size(), QSize(16, 12));
+        QVERIFY(showsQuarters(*small));
     }
 
     void showsTheSameColoursWhateverTheProfile()

@@ -1,0 +1,52 @@
+#pragma once
+
+#include <QByteArray>
+#include <QImageIOHandler>
+#include <QSize>
+
+#include <libheif/heif.h>
+#include <memory>
+#include <optional>
+
+/// Reads the primary picture of a HEIC file, at full size or shrunk while its planes are put
+/// together: those of a large photograph fit in memory, another copy besides them does not. For the
+/// same reason plain turns are left to the reader, which makes them with the small picture; only
+/// what is to be mirrored or cropped libheif turns itself.
+class HeifHandler : public QImageIOHandler
+{
+public:
+    bool canRead() const override;
+    bool read(QImage *image) override;
+    bool supportsOption(ImageOption option) const override;
+    QVariant option(ImageOption option) const override;
+    void setOption(ImageOption option, const QVariant &value) override;
+
+private:
+    template <auto release>
+    struct Release
+    {
+        template <typename Thing>
+        void operator()(Thing *thing) const
+        {
+            release(thing);
+        }
+    };
+    using Context = std::unique_ptr<heif_context, Release<heif_context_free>>;
+    using Handle = std::unique_ptr<heif_image_handle, Release<heif_image_handle_release>>;
+    using Picture = std::unique_ptr<heif_image, Release<heif_image_release>>;
+
+    bool open();
+    /// Of the picture as decode() gives it.
+    QSize size() const;
+    /// Memory for the planes, from above.
+    qint64 decodingBytes() const;
+    Picture decode() const;
+
+    /// The context reads from these bytes as it goes.
+    QByteArray m_bytes;
+    Context m_context;
+    Handle m_handle;
+    /// Quarter turns to the left that are left to the reader.
+    std::optional<int> m_turns;
+    QSize m_scaledSize;
+};

@@ -1,0 +1,16 @@
+// Photographs in HEIC, read through libheif where the toolkit cannot read them by itself.
+#pragma once
+
+#include <QImageIOPlugin>
+
+/// Adds the format "aulora-heic" to the toolkit's readers. The name keeps our limits in force where
+/// another HEIC reader happens to be installed.
+class HeifPlugin : public QImageIOPlugin
+{
+    Q_OBJECT
+    Q_PLUGIN_METADATA(IID QImageIOHandlerFactoryInterface_iid FILE "heif.json")
+
+public:
+    Capabilities capabilities(QIODevice *device, const QByteArray &format) const override;
+    QImageIOHandler *create(QIODevice *device, const QByteArray &format) const override;
+};
