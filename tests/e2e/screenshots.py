@@ -1,0 +1,111 @@
+"""Takes pictures of every screen of the program, for looking at them.
+
+Usage: screenshots.py PROGRAM ASSISTANT_HOST CERTIFICATE KEY FOLDER
+"""
+
+import sys
+import tempfile
+from pathlib import Path
+
+from desktop import Desktop
+
+DESKTOP = Desktop()
+
+from aulora_driver import Program  # noqa: E402  (its bus has to be there first)
+from recording_server import RecordingServer  # noqa: E402
+
+QUESTION = "¿Qué pasa en cada fase de la mitosis?"
+REPLY = """# La mitosis
+La mitosis reparte los cromosomas **duplicados** en dos núcleos iguales. Dura cerca de una hora.
+
+## Las fases
+1. **Profase**: la cromatina se condensa y aparece el huso.
+2. **Metafase**: los cromosomas se alinean en el ecuador de la célula.
+3. **Anafase**: las cromátidas hermanas se separan hacia los polos.
+4. **Telofase**: se forman dos núcleos y el huso desaparece.
+
+### Para recordar
+- El punto de control de la metafase espera a que **todos** los cinetocoros estén unidos.
+- La citocinesis empieza en la anafase y termina después de la telofase.
+- Los fármacos antimitóticos, como la vincristina, actúan sobre el huso.
+
+Verificá siempre con la bibliografía de tu cátedra.
+"""
+
+
+class Photographer:
+    def __init__(self, executable, host, certificate, key, folder):
+        self.executable = executable
+        self.assistant = RecordingServer(int(host.rpartition(":")[2]), certificate, key)
+        self.folder = Path(folder)
+
+    def take(self, program, name):
+        """Takes a picture once the window stands still, or after a while when something turns."""
+        path = self.folder / f"{name}.png"
+        last = None
+        for _ in range(20):
+            program.picture(path)
+            if path.read_bytes() == last:
+                break
+            last = path.read_bytes()
+        print(path, flush=True)
+
+    def start(self, home, scheme, **environment):
+        program = Program(DESKTOP, self.executable, home, environment)
+        program.window
+        if scheme == "dark":
+            program.button("Configuración").press()
+            program.element("radio button", "Oscuro").press()
+            program.button("Cerrar configuración").press()
+            program.wait_for(lambda: not program.elements("push button", "Cerrar configuración"),
+                             "the sheet to close")
+        return program
+
+    def screens(self, scheme, name, size=None, **environment):
+        """Every screen in one scheme, at one size."""
+        home = tempfile.mkdtemp(prefix="home-", dir=DESKTOP.folder)
+        program = self.start(home, scheme, **environment)
+        if size:
+            DESKTOP.resize(program.window, *size)
+            program.wait_for(lambda: DESKTOP.size(program.window) == size, f"the size {size}")
+        program.element("push button", "Genética")
+        self.take(program, f"{name}-home")
+
+        program.ask(QUESTION)
+        request = self.assistant.next_request()
+        program.wait_for_status("Procesando")
+        self.take(program, f"{name}-waiting")
+        request.begin()
+        lines = REPLY.splitlines(keepends=True)
+        request.write("".join(lines[:8]))
+        program.wait_for(lambda: "Anafase" in program.messages()[-1], "the first lines")
+        self.take(program, f"{name}-streaming")
+        request.write("".join(lines[8:]))
+        request.finish()
+        program.wait_for_status("En línea")
+        program.wait_for(lambda: "cátedra" in program.messages()[-1], "the last line")
+        self.take(program, f"{name}-chat")
+
+        program.button("Borrar historial").press()
+        program.element("dialog", "¿Borrar historial?")
+        self.take(program, f"{name}-alert")
+        DESKTOP.press("Escape")
+        program.wait_for(lambda: not program.elements("dialog"), "the alert to go")
+
+        program.button("Configuración").press()
+        program.button("Cerrar configuración")
+        self.take(program, f"{name}-settings")
+        program.kill()
+
+    def run(self):
+        for scheme in ("light", "dark"):
+            self.screens(scheme, scheme)
+        self.screens("light", "minimum", size=(940, 700))
+        self.screens("light", "twice", QT_SCALE_FACTOR="2")
+
+
+if __name__ == "__main__":
+    try:
+        Photographer(*sys.argv[1:]).run()
+    finally:
+        DESKTOP.close()
