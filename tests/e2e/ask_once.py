@@ -24,7 +24,7 @@ QUESTION = "¿Qué es la mitosis y para qué sirve?"
 def main(executable, picture):
     program = Program(DESKTOP, executable, HOME, OWN_FOLDERS)
     DESKTOP.resize(program.window, 1120, 1700)
-    conversations = program.conversations()
+    conversations = program.wait_for(program.conversations, "the list of conversations")
     before = len(program.messages())
     print(f"The window is open with {len(conversations)} conversation(s); "
           f"the first, {conversations[0][0]!r}, has {before} message(s).")

@@ -43,7 +43,8 @@ class Element:
     @property
     def text(self):
         """The text inside an editable field."""
-        return Atspi.Text.get_text(self._accessible, 0, -1)
+        # Qt hands out its own mark between paragraphs.
+        return Atspi.Text.get_text(self._accessible, 0, -1).replace("\u2029", "\n")
 
     @property
     def rectangle(self):
@@ -109,7 +110,7 @@ class Program:
     def launch(self):
         """Starts the program (once more) in the same home folder."""
         with self._log.open("ab") as log:
-            return subprocess.Popen([self._executable], env=self._environment,
+            return subprocess.Popen([self._executable], env=self._environment, cwd=self.home,
                                     stdin=subprocess.DEVNULL, stdout=log, stderr=log,
                                     preexec_fn=die_with_parent)
 
@@ -152,11 +153,12 @@ class Program:
                 yield from _descendants(Element(self.desktop, application))
 
     def elements(self, role, name=None):
-        """The elements with a role and, if given, a name, as they are now."""
+        """The visible elements with a role and, if given, a name, as they are now."""
         # A view that goes away while it is read takes its branch of the tree with it.
         try:
             return [element for element in self.tree()
-                    if element.role == role and name in (None, element.name)]
+                    if element.role == role and name in (None, element.name)
+                    and element.has("visible")]
         except GLib.Error:
             return []
 
@@ -236,6 +238,11 @@ class Program:
         alert = self.element("dialog", title)
         alert.button(answer).press()
         self.wait_for(lambda: not self.elements("dialog", title), "the alert to go")
+
+    def choose_file(self, name):
+        """Chooses a file of the home folder in the toolkit's own file chooser."""
+        self.element("label", name).click()
+        self.button("Open").click()
 
     def in_sheet(self, name):
         """A button of the settings sheet, whatever else has the same name behind it."""

@@ -38,6 +38,20 @@ def wait_until(condition, what, timeout=20.0):
         time.sleep(0.02)
 
 
+class Neighbour:
+    """Another program with a window on the same desktop."""
+
+    def __init__(self, desktop, process, window):
+        x, y = desktop.position(window)
+        width, height = desktop.size(window)
+        self.center = x + width // 2, y + height // 2
+        self._process = process
+
+    def end(self):
+        self._process.kill()
+        self._process.wait()
+
+
 class Desktop:
     """Starts everything when made. `environment` is what a program needs to appear on it; it is
     also put into this process, whose accessibility library reads it once. `folder` is for whatever
@@ -97,6 +111,11 @@ class Desktop:
         moves = [word for n in range(1, 9) for word in ("mousemove", steps[2 * n], steps[2 * n + 1])]
         self._run("xdotool", "mousemove", *steps[:2], "mousedown", "1", *moves, "mouseup", "1")
 
+    def run_beside(self, command, title):
+        """Starts another program and waits for its window."""
+        process = self._start([str(word) for word in command])
+        return Neighbour(self, process, wait_until(lambda: self.windows(title), title)[0])
+
     def windows(self, title):
         """The ids of the visible windows with this title."""
         found = subprocess.run(["xdotool", "search", "--onlyvisible", "--name", f"^{re.escape(title)}$"],
@@ -109,9 +128,8 @@ class Desktop:
 
     def size(self, window):
         """A window's width and height in pixels."""
-        answer = self._run("xdotool", "getwindowgeometry", "--shell", window)
-        numbers = dict(line.split("=") for line in answer.split())
-        return int(numbers["WIDTH"]), int(numbers["HEIGHT"])
+        geometry = self._geometry(window)
+        return geometry["WIDTH"], geometry["HEIGHT"]
 
     def minimize(self, window):
         """Hides a window the way its minimise button does."""
@@ -134,10 +152,19 @@ class Desktop:
         return float(self._run("import", "-silent", "-window", window, "-colorspace", "gray",
                                "-format", "%[fx:mean]", "info:-"))
 
+    def position(self, window):
+        """The top left corner of what a window shows, in pixels of the screen."""
+        geometry = self._geometry(window)
+        return geometry["X"], geometry["Y"]
+
     def picture(self, window, path):
         """Writes what a window shows as a picture, without its frame."""
         Path(path).parent.mkdir(parents=True, exist_ok=True)
         self._run("import", "-silent", "-window", window, str(path))
+
+    def _geometry(self, window):
+        answer = self._run("xdotool", "getwindowgeometry", "--shell", window)
+        return {name: int(value) for name, value in (line.split("=") for line in answer.split())}
 
     def _start_display(self, width, height):
         read, write = os.pipe()

@@ -51,7 +51,7 @@ class WindowTest(AuloraTestCase):
         program.composer.focus()
         wanted = {(element.role, element.name) for element in program.tree()
                   if element.role in ("push button", "text", "list item")
-                  and element.has("sensitive")}
+                  and element.has("visible") and element.has("sensitive")}
         reached = set()
         for _ in range(3 * len(wanted)):
             focused = program.focused()
@@ -65,7 +65,7 @@ class WindowTest(AuloraTestCase):
         nameless = [element.role for element in program.tree()
                     if element.role in ("push button", "text", "list item", "check box",
                                         "radio button", "paragraph", "dialog")
-                    and not element.name]
+                    and element.has("visible") and not element.name]
         self.assertEqual(nameless, [])
 
     def test_second_launch_raises_the_first_window(self):

@@ -1,0 +1,193 @@
+"""Images in the real window: chosen, dropped, pasted, sent, looked at, and refused."""
+
+import base64
+import io
+import os
+import unittest
+from pathlib import Path
+
+from PIL import Image
+
+from aulora_test_case import AuloraTestCase
+
+PROMPT = ("Analizá esta imagen con finalidad educativa médica. "
+          "Describí los hallazgos relevantes y explicalos de forma didáctica.")
+NOT_AN_IMAGE = "El archivo no parece ser una imagen válida."
+TOO_LARGE = "La imagen es demasiado grande. Elegí una imagen de menos de 12 MB."
+
+
+def image_bytes(kind, size=(900, 600)):
+    """A picture in one of Pillow's formats."""
+    buffer = io.BytesIO()
+    Image.linear_gradient("L").resize(size).convert("RGB").save(buffer, kind)
+    return buffer.getvalue()
+
+
+class ImagesTest(AuloraTestCase):
+    def setUp(self):
+        super().setUp()
+        self.files = Path(self.desktop.folder) / self.id()
+        self.files.mkdir()
+
+    def file(self, name, data):
+        path = self.files / name
+        path.write_bytes(data)
+        return path
+
+    def drop(self, program, mime_type, path):
+        """Drags from another program's window and lets go over the middle of ours."""
+        source = self.desktop.run_beside([os.environ["AULORA_DRAG_SOURCE"], mime_type, path],
+                                         "Drag source")
+        x, y = self.desktop.position(program.window)
+        self.desktop.drag(source.center, (x + 600, y + 300))
+        source.end()
+
+    def wait_for_chip(self, program):
+        program.button("Quitar imagen")
+        program.wait_for(lambda: program.composer.description == "Preguntá sobre la imagen...",
+                         "the other placeholder")
+
+    def assert_alert(self, program, message):
+        alert = program.element("dialog", "No pude cargar la imagen")
+        program.wait_for(lambda: message in [e.name for e in program.tree()], message)
+        alert.button("Aceptar").press()
+        program.wait_for(lambda: not program.elements("dialog"), "the alert to go")
+        self.assertEqual(program.elements("push button", "Quitar imagen"), [])
+
+    def assert_sent(self, request, data, mime_type, name, message=PROMPT):
+        sent = request.json
+        self.assertEqual(set(sent),
+                         {"message", "userId", "imageBase64", "imageMimeType", "imageName"})
+        self.assertEqual(base64.b64decode(sent["imageBase64"], validate=True), data)
+        self.assertEqual((sent["imageMimeType"], sent["imageName"], sent["message"]),
+                         (mime_type, name, message))
+
+    def send_alone(self, program):
+        """Sends the pending image without a text; the request."""
+        program.button("Enviar").press()
+        return self.assistant.next_request()
+
+    def test_dropped_file_is_sent_unchanged_and_looked_at(self):
+        program = self.start()
+        data = image_bytes("PNG")
+        self.drop(program, "text/uri-list", self.file("célula.png", data))
+        self.wait_for_chip(program)
+        request = self.send_alone(program)
+        self.assert_sent(request, data, "image/png", "célula.png")
+        program.wait_for(lambda: not program.elements("push button", "Quitar imagen"),
+                         "the chip to go")
+        request.answer("Un degradé.\n")
+        program.wait_for_status("En línea")
+        program.wait_for_conversations((PROMPT[:34] + "…", "2 mensajes", True))
+
+        program.button("Ver imagen adjunta").press()
+        program.button("Cerrar imagen").press()
+        program.wait_for(lambda: not program.elements("push button", "Cerrar imagen"),
+                         "the viewer to close")
+        program.button("Ver imagen adjunta").click()
+        program.button("Cerrar imagen")
+        self.desktop.press("Escape")
+        program.wait_for(lambda: not program.elements("push button", "Cerrar imagen"),
+                         "the viewer to close")
+
+        self.assertEqual(program.quit(), 0)
+        question = program.history()[0]["messages"][0]
+        self.assertEqual((question["text"], question["attachmentName"]),
+                         ("Analizar imagen", "célula.png"))
+        preview = Image.open(io.BytesIO(base64.b64decode(question["imagePreviewData"])))
+        self.assertEqual((preview.format, preview.size), ("JPEG", (700, 467)))
+
+    def test_dropped_data(self):
+        program = self.start()
+        data = image_bytes("JPEG")
+        self.drop(program, "image/jpeg", self.file("x", data))
+        self.wait_for_chip(program)
+        self.assert_sent(self.send_alone(program), data, "image/jpeg", "imagen")
+
+    def test_pasted_image_with_a_question(self):
+        program = self.start()
+        data = image_bytes("PNG")
+        program.write("¿Qué se ve?")
+        self.desktop.copy(data, "image/png")
+        self.desktop.press("ctrl+v")
+        self.wait_for_chip(program)
+        self.assertEqual(program.composer.text, "¿Qué se ve?")
+        self.desktop.press("Return")
+        self.assert_sent(self.assistant.next_request(), data, "image/png", "imagen",
+                         "¿Qué se ve?")
+
+    def test_chosen_file(self):
+        home = self.files / "home"
+        home.mkdir()
+        data = image_bytes("JPEG")
+        (home / "tejido.jpg").write_bytes(data)
+        program = self.start(home)
+        program.button("Adjuntar imagen").press()
+        program.choose_file("tejido.jpg")
+        self.wait_for_chip(program)
+        self.assert_sent(self.send_alone(program), data, "image/jpeg", "tejido.jpg")
+
+    def test_removed_again(self):
+        program = self.start()
+        self.drop(program, "text/uri-list", self.file("a.png", image_bytes("PNG")))
+        self.wait_for_chip(program)
+        program.button("Quitar imagen").press()
+        program.wait_for(lambda: program.composer.description == "Preguntale a Aulora IA...",
+                         "the usual placeholder")
+        program.ask("sin imagen")
+        self.assertEqual(set(self.assistant.next_request().json), {"message", "userId"})
+
+    def test_what_is_no_image_is_refused(self):
+        program = self.start()
+        largest = 12 * 1024 * 1024
+        for name, data, message in [
+            ("texto.png", b"no soy una imagen", NOT_AN_IMAGE),
+            ("vacía.jpg", b"", NOT_AN_IMAGE),
+            ("enorme.jpg", image_bytes("JPEG").ljust(largest + 1, b"\0"), TOO_LARGE),
+            ("dibujo.jpg", b'<svg xmlns="http://www.w3.org/2000/svg" width="9" height="9"/>',
+             NOT_AN_IMAGE),
+        ]:
+            with self.subTest(name):
+                self.drop(program, "text/uri-list", self.file(name, data))
+                self.assert_alert(program, message)
+        data = image_bytes("JPEG").ljust(largest, b"\0")
+        self.drop(program, "text/uri-list", self.file("justa.jpg", data))
+        self.wait_for_chip(program)
+
+    def test_analysis_off_takes_nothing(self):
+        program = self.start()
+        path = self.file("a.png", image_bytes("PNG"))
+        self.drop(program, "text/uri-list", path)
+        self.wait_for_chip(program)
+        self.switch_analysis(program)
+        program.wait_for(lambda: not program.elements("push button", "Quitar imagen"),
+                         "the pending image to go")
+        self.drop(program, "text/uri-list", path)
+        program.composer.click()
+        self.desktop.copy(path.read_bytes(), "image/png")
+        self.desktop.press("ctrl+v")
+        program.ask("solo texto")
+        self.assertEqual(set(self.assistant.next_request().json), {"message", "userId"})
+
+    def switch_analysis(self, program):
+        program.button("Configuración").press()
+        program.element("check box", "Análisis de imágenes").press()
+        program.button("Cerrar configuración").press()
+        program.wait_for(lambda: not program.elements("push button", "Cerrar configuración"),
+                         "the sheet to close")
+
+    def test_thumbnails_off(self):
+        program = self.start()
+        self.drop(program, "text/uri-list", self.file("a.png", image_bytes("PNG")))
+        self.wait_for_chip(program)
+        self.send_alone(program).answer("Bien.\n")
+        program.button("Ver imagen adjunta")
+        program.button("Configuración").press()
+        program.element("check box", "Mostrar miniaturas").press()
+        program.button("Cerrar configuración").press()
+        program.wait_for(lambda: not program.elements("push button", "Ver imagen adjunta"),
+                         "the thumbnail to go")
+
+
+if __name__ == "__main__":
+    unittest.main()
