@@ -38,20 +38,6 @@ def wait_until(condition, what, timeout=20.0):
         time.sleep(0.02)
 
 
-class Neighbour:
-    """Another program with a window on the same desktop."""
-
-    def __init__(self, desktop, process, window):
-        x, y = desktop.position(window)
-        width, height = desktop.size(window)
-        self.center = x + width // 2, y + height // 2
-        self._process = process
-
-    def end(self):
-        self._process.kill()
-        self._process.wait()
-
-
 class Desktop:
     """Starts everything when made. `environment` is what a program needs to appear on it; it is
     also put into this process, whose accessibility library reads it once. `folder` is for whatever
@@ -61,6 +47,7 @@ class Desktop:
         self.folder = Path(tempfile.mkdtemp(prefix="aulora-desktop-"))
         self._processes = []
         self._extra_letters = []
+        self._drag_source = None
         self.environment = {
             "PATH": os.environ["PATH"],
             "LANG": "C.UTF-8",
@@ -105,16 +92,44 @@ class Desktop:
         """Moves the pointer to a point of the screen, in pixels."""
         self._run("xdotool", "mousemove", str(x), str(y))
 
-    def drag(self, start, end):
-        """Presses at one point, moves to another in a few steps, and lets go."""
-        steps = [f"{round(start[i] + (end[i] - start[i]) * n / 8)}" for n in range(9) for i in (0, 1)]
-        moves = [word for n in range(1, 9) for word in ("mousemove", steps[2 * n], steps[2 * n + 1])]
-        self._run("xdotool", "mousemove", *steps[:2], "mousedown", "1", *moves, "mouseup", "1")
+    def drag_from(self, executable, mime_type, path, point, welcome=True):
+        """Drags what a file holds from another program to a point of the screen and lets go;
+        whether it was taken. Waits to be welcome there, or else stays for a second."""
+        if self._drag_source:
+            self._drag_source.kill()
+            self._drag_source.wait()
+        said = self.folder / "drag"
+        with said.open("w") as output:
+            # It stays until the next one: what it holds may still be asked for.
+            self._drag_source = self._start([str(executable), mime_type, str(path)], stdout=output)
 
-    def run_beside(self, command, title):
-        """Starts another program and waits for its window."""
-        process = self._start([str(word) for word in command])
-        return Neighbour(self, process, wait_until(lambda: self.windows(title), title)[0])
+        def says(word):
+            return word in said.read_text().split()
+
+        window = wait_until(lambda: self.windows("Drag source"), "the program to drag from")[0]
+        x, y = self.position(window)
+        self._run("xdotool", "mousemove", str(x + 50), str(y + 50), "mousedown", "1")
+        steps = iter(range(1, 1_000_000))
+
+        def pull():
+            # A drag begins, and is answered, when the pointer moves.
+            self.move_pointer(x + 50 + next(steps) % 20, y + 60)
+            return says("begun")
+
+        def hover():
+            self.move_pointer(point[0] + next(steps) % 20, point[1])
+            return says("welcome")
+
+        wait_until(pull, "the drag to begin")
+        if welcome:
+            wait_until(hover, "the drag to be welcome")
+        else:
+            end = time.monotonic() + 1
+            while time.monotonic() < end:
+                assert not hover(), "the drag was not to be welcome"
+        self._run("xdotool", "mouseup", "1")
+        wait_until(lambda: says("taken") or says("refused"), "the drag to end")
+        return says("taken")
 
     def windows(self, title):
         """The ids of the visible windows with this title."""

@@ -34,13 +34,12 @@ class ImagesTest(AuloraTestCase):
         path.write_bytes(data)
         return path
 
-    def drop(self, program, mime_type, path):
+    def drop(self, program, mime_type, path, welcome=True):
         """Drags from another program's window and lets go over the middle of ours."""
-        source = self.desktop.run_beside([os.environ["AULORA_DRAG_SOURCE"], mime_type, path],
-                                         "Drag source")
         x, y = self.desktop.position(program.window)
-        self.desktop.drag(source.center, (x + 600, y + 300))
-        source.end()
+        taken = self.desktop.drag_from(os.environ["AULORA_DRAG_SOURCE"], mime_type, path,
+                                       (x + 600, y + 300), welcome)
+        self.assertEqual(taken, welcome)
 
     def wait_for_chip(self, program):
         program.button("Quitar imagen")
@@ -162,7 +161,7 @@ class ImagesTest(AuloraTestCase):
         self.switch_analysis(program)
         program.wait_for(lambda: not program.elements("push button", "Quitar imagen"),
                          "the pending image to go")
-        self.drop(program, "text/uri-list", path)
+        self.drop(program, "text/uri-list", path, welcome=False)
         program.composer.click()
         self.desktop.copy(path.read_bytes(), "image/png")
         self.desktop.press("ctrl+v")

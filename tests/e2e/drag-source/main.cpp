@@ -1,6 +1,9 @@
 // Another program to drag from: a window, all of which starts a drag of what it is told to carry.
 //
 // Usage: drag-source MIME FILE
+//
+// Says how the drag fares, a word a line: begun, welcome and unwelcome as the window under the
+// pointer answers, and at last taken or refused.
 // Carries the bytes of FILE as MIME. As text/uri-list, FILE itself is carried.
 #include <QDrag>
 #include <QFile>
@@ -10,6 +13,8 @@
 #include <QPainter>
 #include <QRasterWindow>
 #include <QUrl>
+
+#include <cstdio>
 
 using namespace Qt::StringLiterals;
 
@@ -35,12 +40,23 @@ protected:
     {
         if (!event->buttons().testFlag(Qt::LeftButton))
             return;
-        QDrag drag(this);
-        drag.setMimeData(carriedData());
-        drag.exec(Qt::CopyAction);
+        // The toolkit deletes it once the target has had its data.
+        auto *drag = new QDrag(this);
+        drag->setMimeData(carriedData());
+        connect(drag, &QDrag::actionChanged, this, [](Qt::DropAction action) {
+            say(action == Qt::CopyAction ? "welcome" : "unwelcome");
+        });
+        say("begun");
+        say(drag->exec(Qt::CopyAction) == Qt::CopyAction ? "taken" : "refused");
     }
 
 private:
+    static void say(const char *word)
+    {
+        std::puts(word);
+        std::fflush(stdout);
+    }
+
     QMimeData *carriedData() const
     {
         auto *data = new QMimeData;
