@@ -2,6 +2,10 @@
 
 #include "ConversationListModel.h"
 
+#include <QTimerEvent>
+
+#include <utility>
+
 MessageListModel::MessageListModel(ConversationListModel *conversations, QObject *parent)
     : QAbstractListModel(parent)
     , m_conversations(conversations)
@@ -40,12 +44,41 @@ MessageListModel::MessageListModel(ConversationListModel *conversations, QObject
     });
     connect(conversations, &Conversations::messageTextChanged, this,
             [this](int index, int messageIndex) {
-                if (index != m_shown)
-                    return;
-                const QModelIndex row = this->index(messageIndex);
-                Q_EMIT dataChanged(row, row, {MessageTextRole});
-                Q_EMIT changed();
+                if (index == m_shown)
+                    this->messageTextChanged(messageIndex);
             });
+    // What is untold belongs to the rows as they were.
+    connect(this, &QAbstractItemModel::modelAboutToBeReset, this, [this] { m_untoldTextRow = -1; });
+}
+
+void MessageListModel::messageTextChanged(int row)
+{
+    constexpr int frameTime = 16; // ms
+
+    if (m_untoldTextRow != row)
+        tellMessageText();
+    m_untoldTextRow = row;
+    if (!m_textTimer.isActive()) {
+        tellMessageText();
+        m_textTimer.start(frameTime, Qt::PreciseTimer, this);
+    }
+    Q_EMIT changed();
+}
+
+void MessageListModel::tellMessageText()
+{
+    const int row = std::exchange(m_untoldTextRow, -1);
+    if (row >= 0)
+        Q_EMIT dataChanged(index(row), index(row), {MessageTextRole});
+}
+
+void MessageListModel::timerEvent(QTimerEvent *event)
+{
+    if (event->timerId() != m_textTimer.timerId())
+        return QAbstractListModel::timerEvent(event);
+    if (m_untoldTextRow < 0)
+        m_textTimer.stop();
+    tellMessageText();
 }
 
 const QList<ChatMessage> &MessageListModel::messages() const

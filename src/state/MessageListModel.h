@@ -3,6 +3,7 @@
 #include "ChatMessage.h"
 
 #include <QAbstractListModel>
+#include <QBasicTimer>
 #include <QList>
 #include <QtQml/qqmlregistration.h>
 
@@ -10,6 +11,10 @@ class ConversationListModel;
 
 /// The messages of the selected conversation, oldest first; empty when nothing is selected or no
 /// conversation has the selected id.
+///
+/// Pieces of text that arrive within one frame of the screen are told to views together, by
+/// `dataChanged`: each time a view takes the text, the next piece has to copy it. `changed` tells
+/// of every piece.
 class MessageListModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -43,7 +48,13 @@ Q_SIGNALS:
     /// or a text that grew. Switching between two equal lists is no change.
     void changed();
 
+protected:
+    void timerEvent(QTimerEvent *event) override;
+
 private:
+    void messageTextChanged(int row);
+    void tellMessageText();
+
     /// Index of the selected conversation; -1 when there is none.
     int indexOfSelected() const;
     void tellDifference(const QList<ChatMessage> &previous);
@@ -53,4 +64,8 @@ private:
     /// here would make every streamed piece copy the list first.
     int m_shown = -1;
     QList<ChatMessage> m_beforeReset;
+    /// Row of a text that grew since views were last told of it; -1 for none.
+    int m_untoldTextRow = -1;
+    /// Runs for a frame from when views were told.
+    QBasicTimer m_textTimer;
 };

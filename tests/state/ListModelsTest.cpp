@@ -66,6 +66,44 @@ class ListModelsTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void piecesOfOneFrameAreToldTogether()
+    {
+        Models models;
+        constexpr int pieces = 100;
+        for (int i = 0; i < pieces; ++i)
+            models.conversations.appendMessageText(0, 1, u"x"_s);
+        // The first at once; the others wait for the frame to end, but no observer misses one.
+        QCOMPARE(models.messageData.size(), 1);
+        QCOMPARE(models.messagesChanged.size(), pieces);
+        QTRY_COMPARE(models.messageData.size(), 2);
+        QCOMPARE(rowAndRoles(models.messageData, 1),
+                 (QList<int>{1, MessageListModel::MessageTextRole}));
+    }
+
+    void textOfAnotherMessageIsToldBeforeItsOwnTime()
+    {
+        Models models;
+        models.conversations.appendMessageText(0, 0, u"x"_s);
+        models.conversations.appendMessageText(0, 0, u"y"_s);
+        models.conversations.appendMessageText(0, 1, u"z"_s);
+        QCOMPARE(models.messageData.size(), 2);
+        QCOMPARE(rowAndRoles(models.messageData, 1).first(), 0);
+        QTRY_COMPARE(models.messageData.size(), 3);
+        QCOMPARE(rowAndRoles(models.messageData, 2).first(), 1);
+    }
+
+    void untoldTextIsForgottenWithItsConversation()
+    {
+        Models models;
+        models.conversations.appendMessageText(0, 1, u"x"_s);
+        models.conversations.appendMessageText(0, 1, u"y"_s);
+        models.conversations.select(models.conversations.conversations().at(1).id);
+        models.conversations.select(models.conversations.conversations().at(0).id);
+        models.conversations.appendMessageText(0, 0, u"z"_s);
+        QTRY_COMPARE(models.messageData.size(), 2);
+        QCOMPARE(rowAndRoles(models.messageData, 1).first(), 0);
+    }
+
     void streamedTextTellsOneRoleOfOneRow()
     {
         Models models;
