@@ -4,7 +4,8 @@ import Aulora.Render
 import Aulora.Theme
 
 // The assistant's side of a conversation: monogram, name, and the reply or the sign that it is
-// being written. The reply lies directly on the background of the chat.
+// being written. The reply lies directly on the background of the chat. All but the reply is there
+// only near the visible part of the list.
 Item {
     id: message
 
@@ -13,93 +14,42 @@ Item {
     required property bool nearViewport
 
     readonly property bool isTyping: text === ""
-    readonly property real bodyTop: header.height + 8
+    readonly property real avatarSize: 31
+    readonly property real headerHeight: reply.lineHeight(11 * textScale, Font.DemiBold)
+    readonly property real typingHeight: Math.max(12, reply.lineHeight(10 * textScale, Font.Normal))
 
-    implicitHeight: Math.max(avatar.height, bodyTop + (isTyping ? typingRow.height : reply.implicitHeight))
+    implicitHeight: Math.max(avatarSize, reply.y + (isTyping ? typingHeight : reply.implicitHeight))
 
     Accessible.role: Accessible.Paragraph
     Accessible.name: isTyping ? qsTr("Escribiendo…") : reply.plainText
-    Accessible.description: header.text
+    Accessible.description: qsTr("Aulora IA")
 
-    LazyItem {
-        id: avatar
+    MarkdownMessageView {
+        id: reply
 
-        width: 31
-        height: 31
-        active: message.nearViewport
-
-        ContinuousRectangle {
-            anchors.fill: parent
-            radius: 9
-            color: Theme.accentSoft
-
-            Label {
-                anchors.centerIn: parent
-                text: qsTr("A")
-                points: 14
-                weight: Font.Bold
-                color: Theme.accent
-                Accessible.ignored: true
-            }
-        }
+        x: message.avatarSize + 12
+        y: message.headerHeight + 8
+        // The row's spacing keeps the reply away from the trailing edge as well.
+        width: Math.max(0, Math.min(680, message.width - x - 12))
+        height: implicitHeight
+        visible: !message.isTyping
+        wrapWidth: width
+        text: message.text
+        textScale: message.textScale
+        color: Theme.primary
+        dotColor: Theme.accent
+        selectionColor: Theme.dark ? Theme.accent : Theme.accentAt(0.25)
     }
 
-    Item {
-        id: column
+    LazyItem {
+        active: message.nearViewport
 
-        x: avatar.width + 12
-        // The row's spacing keeps its distance from the trailing edge as well.
-        width: Math.max(0, Math.min(680, message.width - x - 12))
-        height: parent.height
-
-        Label {
-            id: header
-
-            visible: message.nearViewport
-            text: qsTr("Aulora IA")
-            points: 11 * message.textScale
-            weight: Font.DemiBold
-            color: Theme.accent
-            Accessible.ignored: true
-        }
-
-        MarkdownMessageView {
-            id: reply
-
-            y: message.bodyTop
-            width: column.width
-            height: implicitHeight
-            visible: !message.isTyping
-            wrapWidth: column.width
-            text: message.text
+        AssistantMessageFrame {
+            avatarSize: message.avatarSize
+            textX: reply.x
+            textY: reply.y
             textScale: message.textScale
-            color: Theme.primary
-            dotColor: Theme.accent
-            selectionColor: Theme.dark ? Theme.accent : Theme.accentAt(0.25)
-        }
-
-        LazyItem {
-            id: typingRow
-
-            y: message.bodyTop
-            active: message.isTyping
-
-            Row {
-                spacing: 5
-
-                Spinner {
-                    anchors.verticalCenter: parent.verticalCenter
-                    size: 12
-                }
-
-                Label {
-                    anchors.verticalCenter: parent.verticalCenter
-                    text: qsTr("Escribiendo…")
-                    points: 10 * message.textScale
-                    color: Theme.secondary
-                    Accessible.ignored: true
-                }
-            }
+            isTyping: message.isTyping
         }
     }
 }

@@ -128,18 +128,22 @@ std::optional<QList<TextLine>> plainLines(const AttributedText &text, double wid
 std::unique_ptr<QTextLayout> layoutOf(const AttributedText &text, Qt::LayoutDirection direction,
                                       qsizetype start, qsizetype length)
 {
+    auto run = std::ranges::upper_bound(
+        text.runs, start, {}, [](const AttributedText::Run &r) { return r.start + r.length; });
+    const QFont::Weight weight = run != text.runs.end() ? run->weight : QFont::Normal;
     auto layout = std::make_unique<QTextLayout>(text.text.sliced(start, length),
-                                                TextFace::of(text.size, QFont::Normal).font());
+                                                TextFace::of(text.size, weight).font());
     QTextOption option;
     option.setTextDirection(direction);
     option.setAlignment(Qt::AlignLeft | Qt::AlignAbsolute);
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout->setTextOption(option);
 
+    // Only for what differs: the toolkit looks up the font of a format for every stretch it shapes.
     QList<QTextLayout::FormatRange> formats;
-    auto run = std::ranges::upper_bound(
-        text.runs, start, {}, [](const AttributedText::Run &r) { return r.start + r.length; });
     for (; run != text.runs.end() && run->start < start + length; ++run) {
+        if (run->weight == weight)
+            continue;
         const qsizetype from = std::max(run->start, start);
         const qsizetype to = std::min(run->start + run->length, start + length);
         QTextCharFormat format;

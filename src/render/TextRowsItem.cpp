@@ -1,6 +1,7 @@
 #include "TextRowsItem.h"
 
 #include "MessageSlot.h"
+#include "TextFace.h"
 
 #include <QPainter>
 #include <QQuickWindow>
@@ -56,6 +57,11 @@ QString TextRowsItem::plainText() const
     return lines.join(u'\n');
 }
 
+double TextRowsItem::lineHeight(double points, int weight)
+{
+    return TextFace::of(points, QFont::Weight(weight)).lineHeight();
+}
+
 void TextRowsItem::scheduleRows()
 {
     m_rowsAreStale = true;
@@ -65,7 +71,6 @@ void TextRowsItem::scheduleRows()
 void TextRowsItem::replaceRows(qsizetype first, std::vector<TextRow> rows)
 {
     m_rows.erase(m_rows.begin() + first, m_rows.end());
-    m_rows.reserve(first + rows.size());
     for (TextRow &row : rows) {
         if (m_wrapWidth > 0)
             row.breakLines(m_wrapWidth);

@@ -37,6 +37,9 @@ public:
     /// told once a second at most: whoever reads it aloud must not hear of every line.
     QString plainText() const;
 
+    /// Of a line of text at a size and weight, in points: what a label of one line is high.
+    Q_INVOKABLE static double lineHeight(double points, int weight);
+
     qsizetype rowCount() const { return qsizetype(m_rows.size()); }
     const TextRow &row(qsizetype index) const { return m_rows.at(index).row; }
     /// In points below the item's top.

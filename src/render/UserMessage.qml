@@ -18,81 +18,59 @@ Item {
 
     signal imageTapped(bytes: var)
 
-    readonly property real spacing: 8
-    readonly property real contentWidth: Math.max(0, Math.min(610, width - 110) - 2 * bubble.padding)
-    readonly property real nameTop: bubble.verticalPadding + (thumbnail.height > 0 ? thumbnail.height + spacing : 0)
-    readonly property real textTop: nameTop + (name.active ? name.height + spacing : 0)
+    readonly property bool hasImage: showImagePreview && imagePreviewData.byteLength > 0
+    readonly property real maximumContentWidth: Math.max(0, Math.min(610, width - 110) - 2 * 17)
+    readonly property real contentWidth: Math.max(question.implicitWidth, attachment.width)
 
-    implicitHeight: bubble.height
+    implicitHeight: question.y + question.implicitHeight + 12
 
     Accessible.role: Accessible.Paragraph
     Accessible.name: question.plainText
     Accessible.description: attachmentName
 
-    Item {
-        id: bubble
+    LazyItem {
+        anchors.right: parent.right
+        active: message.nearViewport
 
-        readonly property real padding: 17
-        readonly property real verticalPadding: 12
+        ContinuousRectangle {
+            objectName: "background"
+            width: message.contentWidth + 2 * 17
+            height: message.implicitHeight
+            radius: 18
+            color: "black"
+        }
+    }
+
+    LazyItem {
+        id: attachment
 
         anchors.right: parent.right
-        width: Math.max(question.implicitWidth, name.width, thumbnail.width) + 2 * padding
-        height: message.textTop + question.implicitHeight + verticalPadding
+        anchors.rightMargin: 17
+        y: 12
+        active: message.hasImage || message.hasAttachmentName
 
-        LazyItem {
-            anchors.fill: parent
-            active: message.nearViewport
-
-            ContinuousRectangle {
-                anchors.fill: parent
-                radius: 18
-                color: "black"
-            }
+        MessageAttachment {
+            hasImage: message.hasImage
+            bytes: message.imagePreviewData
+            hasName: message.hasAttachmentName
+            name: message.attachmentName
+            maximumWidth: message.maximumContentWidth
+            textScale: message.textScale
+            nearViewport: message.nearViewport
+            onImageTapped: message.imageTapped(message.imagePreviewData)
         }
+    }
 
-        LazyItem {
-            id: thumbnail
+    PlainMessageView {
+        id: question
 
-            anchors.right: parent.right
-            anchors.rightMargin: bubble.padding
-            y: bubble.verticalPadding
-            active: message.showImagePreview && message.imagePreviewData.byteLength > 0
-
-            PreviewThumbnail {
-                bytes: message.imagePreviewData
-                nearViewport: message.nearViewport
-                onClicked: message.imageTapped(message.imagePreviewData)
-            }
-        }
-
-        LazyItem {
-            id: name
-
-            anchors.right: parent.right
-            anchors.rightMargin: bubble.padding
-            y: message.nameTop
-            active: message.hasAttachmentName
-
-            PlainMessageView {
-                enabled: false
-                wrapWidth: message.contentWidth
-                text: message.attachmentName
-                points: 9.5 * message.textScale
-                color: Theme.atOpacity("white", 0.72)
-            }
-        }
-
-        PlainMessageView {
-            id: question
-
-            anchors.right: parent.right
-            anchors.rightMargin: bubble.padding
-            y: message.textTop
-            wrapWidth: message.contentWidth
-            text: message.text
-            points: 14.5 * message.textScale
-            color: "white"
-            selectionColor: Theme.accent
-        }
+        anchors.right: parent.right
+        anchors.rightMargin: 17
+        y: 12 + attachment.height
+        wrapWidth: message.maximumContentWidth
+        text: message.text
+        points: 14.5 * message.textScale
+        color: "white"
+        selectionColor: Theme.accent
     }
 }
