@@ -1,0 +1,435 @@
+#include "MarkdownMessageView.h"
+
+#include "TextFace.h"
+#include "Theme.h"
+
+#include <QClipboard>
+#include <QGuiApplication>
+#include <QQuickWindow>
+#include <QRandomGenerator>
+#include <QSignalSpy>
+#include <QTest>
+
+#include <ctime>
+#include <memory>
+
+using namespace Qt::StringLiterals;
+using Kind = MarkdownBlock::Kind;
+
+namespace {
+constexpr double wrapWidth = 400;
+
+double lineHeight(double points, QFont::Weight weight)
+{
+    return TextFace::of(points, weight).lineHeight();
+}
+
+// What two views must agree on.
+struct Row
+{
+    AttributedText text;
+    TextRow::Marker marker;
+    double top;
+    QList<TextLine> lines;
+
+    bool operator==(const Row &) const = default;
+};
+
+QList<Row> rowsOf(const TextRowsItem &view)
+{
+    QList<Row> rows;
+    for (qsizetype i = 0; i < view.rowCount(); ++i)
+        rows.append(
+            {view.row(i).text(), view.row(i).marker(), view.rowTop(i), view.row(i).lines()});
+    return rows;
+}
+
+class Window : public QQuickWindow
+{
+public:
+    Window()
+    {
+        resize(500, 400);
+        m_view = new MarkdownMessageView(contentItem());
+        m_view->setWrapWidth(wrapWidth);
+        m_view->setColor(Qt::black);
+        m_view->setSelectionColor(Qt::green);
+        m_view->setDotColor(Qt::red);
+    }
+
+    MarkdownMessageView &view() { return *m_view; }
+
+    void showText(const QString &text)
+    {
+        m_view->setText(text);
+        m_view->ensurePolished();
+        m_view->setSize({wrapWidth, m_view->implicitHeight()});
+    }
+
+    QPoint pointAt(qsizetype row, double x, double y = 5)
+    {
+        return m_view->mapToScene({x, m_view->rowTop(row) + y}).toPoint();
+    }
+
+private:
+    MarkdownMessageView *m_view;
+};
+} // namespace
+
+/// A reply as rows: their figures, their growth, and what a person selects of them.
+class MarkdownMessageViewTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void givesEveryBlockItsSize_data()
+    {
+        QTest::addColumn<Kind>("kind");
+        QTest::addColumn<double>("size");
+        QTest::addColumn<QFont::Weight>("weight");
+
+        QTest::newRow("heading 1") << Kind::heading1 << 19.0 << QFont::Bold;
+        QTest::newRow("heading 2") << Kind::heading2 << 17.0 << QFont::DemiBold;
+        QTest::newRow("heading 3") << Kind::heading3 << 15.5 << QFont::DemiBold;
+        QTest::newRow("bullet") << Kind::bullet << 14.5 << QFont::Normal;
+        QTest::newRow("numbered") << Kind::numbered << 14.5 << QFont::Normal;
+        QTest::newRow("paragraph") << Kind::paragraph << 14.5 << QFont::Normal;
+    }
+    void givesEveryBlockItsSize()
+    {
+        QFETCH(Kind, kind);
+        QFETCH(double, size);
+        QFETCH(QFont::Weight, weight);
+        for (const double scale : {0.9, 1.0, 1.15}) {
+            const auto text = blockView({kind, u"x"_s}, scale);
+            QVERIFY(text);
+            QCOMPARE(*text, (BoldMarkdownText{u"x"_s, size * scale, weight}));
+        }
+    }
+
+    void showsNothingForAnEmptyBlock() { QVERIFY(!blockView({}, 1.0)); }
+
+    void stacksRowsSevenPointsApart()
+    {
+        Window window;
+        window.showText(u"# Uno\n\ntexto\n- punto\n2. dos"_s);
+        MarkdownMessageView &view = window.view();
+        QCOMPARE(view.rowCount(), 5);
+        double top = 0;
+        QCOMPARE(view.rowTop(0), top);
+        top += lineHeight(19, QFont::Bold) + 7;
+        QCOMPARE(view.rowTop(1), top);
+        QVERIFY(view.row(1).isSpacer());
+        QCOMPARE(view.row(1).height(), 4.0);
+        top += 4 + 7;
+        QCOMPARE(view.rowTop(2), top);
+        top += lineHeight(14.5, QFont::Normal) + 7;
+        QCOMPARE(view.rowTop(3), top);
+        top += lineHeight(14.5, QFont::Normal) + 7;
+        QCOMPARE(view.rowTop(4), top);
+        QCOMPARE(view.implicitHeight(), top + lineHeight(14.5, QFont::Normal));
+        QCOMPARE(view.row(3).marker(), TextRow::Marker::dot);
+        QCOMPARE(view.row(4).marker(), TextRow::Marker::none);
+        QCOMPARE(view.plainText(), u"Uno\n\ntexto\npunto\n2. dos"_s);
+    }
+
+    void showsAnEmptyTextAsOneSpacer()
+    {
+        Window window;
+        window.view().setTextScale(1);
+        window.showText(u"x"_s);
+        window.showText(u""_s);
+        QCOMPARE(window.view().rowCount(), 1);
+        QCOMPARE(window.view().implicitHeight(), 4.0);
+    }
+
+    void scalesFontsButNotTheDot()
+    {
+        Window window;
+        window.view().setTextScale(1.15);
+        window.showText(u"- punto"_s);
+        QCOMPARE(window.view().row(0).text().size, 14.5 * 1.15);
+        const double textWidth = window.view().row(0).lines().first().width;
+        QCOMPARE(window.view().row(0).width(), 4 + 8 + textWidth);
+    }
+
+    void asksForTheExactFont()
+    {
+        for (const double points : {19.0, 17.0, 15.5, 14.5, 14.5 * 0.9, 14.5 * 1.15})
+            QCOMPARE(TextFace::of(points, QFont::Bold).font(), Theme::font(points, QFont::Bold));
+    }
+
+    void wrapsABulletBesideItsDot()
+    {
+        Window window;
+        window.showText(u"- "_s + u"palabra "_s.repeated(40));
+        const TextRow &row = window.view().row(0);
+        QVERIFY(row.lines().size() > 1);
+        for (const TextLine &line : row.lines())
+            QVERIFY(line.width <= wrapWidth - 12);
+    }
+
+    void paintsTheDotOnTheBaseline()
+    {
+        Window window;
+        window.view().setColor(Qt::transparent);
+        window.showText(u"- punto"_s);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        const double baseline = TextFace::of(14.5, QFont::Normal).ascent();
+        QRect dot;
+        QTRY_VERIFY([&] {
+            const QImage image = window.grabWindow();
+            dot = {};
+            for (int y = 0; y < 40; ++y) {
+                for (int x = 0; x < 40; ++x) {
+                    const QColor color = image.pixelColor(x, y);
+                    if (color.red() > 200 && color.green() < 160)
+                        dot |= QRect(x, y, 1, 1);
+                }
+            }
+            return !dot.isEmpty();
+        }());
+        QVERIFY(qAbs(dot.left()) <= 1);
+        QVERIFY(qAbs(dot.right() + 1 - 4) <= 1);
+        QVERIFY(qAbs(dot.bottom() + 1 - baseline) <= 1);
+        QVERIFY(qAbs(dot.top() - (baseline - 4)) <= 1);
+    }
+
+    void growsIntoWhatItWouldBeFromScratch_data()
+    {
+        QTest::addColumn<QString>("text");
+
+        QTest::newRow("lines of all kinds")
+            << u"# Título\r\n\r\n## Dos **b**\n### Tres\n- uno **dos**\n* tres\n1. cuatro\n\n"
+               u"**sin cierre\n####\n#\n  sangría\n"_s;
+        QTest::newRow("ends in CR") << u"a\r\nb\r"_s;
+        QTest::newRow("scripts") << u"漢字 y العربية\n\U0001f600\U0001f600 fin\n"_s;
+        QTest::newRow("long") << u"- palabra **otra** palabra\n\n"_s.repeated(60);
+    }
+    void growsIntoWhatItWouldBeFromScratch()
+    {
+        QFETCH(QString, text);
+        QRandomGenerator random(11);
+        Window grown;
+        for (qsizetype end = 0; end < text.size();) {
+            end = std::min(end + 1 + random.bounded(7), text.size());
+            grown.showText(text.first(end));
+        }
+        Window fresh;
+        fresh.showText(text);
+        QCOMPARE(rowsOf(grown.view()), rowsOf(fresh.view()));
+        QCOMPARE(grown.view().implicitHeight(), fresh.view().implicitHeight());
+        QCOMPARE(grown.view().implicitWidth(), fresh.view().implicitWidth());
+    }
+
+    void shrinksIntoWhatItWouldBeFromScratch()
+    {
+        const QString text = u"uno\n- dos\n\n\n# tres\n\r\n\n"_s;
+        for (qsizetype length = 0; length <= text.size(); ++length) {
+            Window trimmed;
+            trimmed.showText(text);
+            trimmed.showText(text.first(length));
+            Window fresh;
+            fresh.showText(text.first(length));
+            QCOMPARE(rowsOf(trimmed.view()), rowsOf(fresh.view()));
+        }
+    }
+
+    void replacesATextThatDiffers()
+    {
+        Window window;
+        window.showText(u"uno\ndos\ntres"_s);
+        window.showText(u"uno\nDOS\ntres\n4. cuatro"_s);
+        QCOMPARE(window.view().plainText(), u"uno\nDOS\ntres\n4. cuatro"_s);
+    }
+
+    void appliesPiecesOfOneFrameTogether()
+    {
+        Window window;
+        window.showText(u"uno\n"_s);
+        QSignalSpy heights(&window.view(), &QQuickItem::implicitHeightChanged);
+        QString text = u"uno\n"_s;
+        for (int i = 0; i < 100; ++i) {
+            text += u"línea\n"_s;
+            window.view().setText(text);
+        }
+        window.view().ensurePolished();
+        QCOMPARE(heights.size(), 1);
+        QCOMPARE(window.view().rowCount(), 102);
+    }
+
+    void lineCostsTheSameAtTheEndOfALongReply()
+    {
+        const auto timeOfLines = [](int before) {
+            Window window;
+            QString text = u"- palabra **otra** palabra\n"_s.repeated(before);
+            window.showText(text);
+            const auto start = std::clock();
+            for (int i = 0; i < 200; ++i) {
+                text += u"- palabra **otra** palabra\n"_s;
+                window.showText(text);
+            }
+            return double(std::clock() - start);
+        };
+        timeOfLines(10);
+        const double few = timeOfLines(100);
+        const double many = timeOfLines(20'000);
+        // What remains is comparing the texts, at the speed of memory.
+        QVERIFY2(many < few * 10 + 0.2 * CLOCKS_PER_SEC,
+                 qPrintable(u"%1 against %2"_s.arg(many).arg(few)));
+    }
+
+    void wrapsAnewAtAnotherWidth()
+    {
+        Window window;
+        const QString text
+            = u"palabra **otra** "_s.repeated(30) + u"\n- "_s + u"punto "_s.repeated(40);
+        window.showText(text);
+        window.view().setWrapWidth(250);
+        window.view().ensurePolished();
+        Window fresh;
+        fresh.view().setWrapWidth(250);
+        fresh.showText(text);
+        QCOMPARE(rowsOf(window.view()), rowsOf(fresh.view()));
+    }
+
+    void showsMarkupAndControlsHarmlessly_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("shown");
+
+        const QString replacement(QChar::ReplacementCharacter);
+        QTest::newRow("markup") << u"<img src='http://x/y'> <b>x</b>"_s
+                                << u"<img src='http://x/y'> <b>x</b>"_s;
+        QTest::newRow("entities and links")
+            << u"&lt; [a](http://b) `c`"_s << u"&lt; [a](http://b) `c`"_s;
+        QTest::newRow("NUL") << QString(u"a"_s + QChar(0) + u"b"_s)
+                             << u"a"_s + replacement + u"b"_s;
+        QTest::newRow("escape") << u"a\u001b[31mb"_s << u"a"_s + replacement + u"[31mb"_s;
+        QTest::newRow("carriage return") << u"a\rb"_s << u"a b"_s;
+        QTest::newRow("tab") << u"a\tb"_s << u"a\tb"_s;
+        QTest::newRow("lone high surrogate")
+            << QString(u"a"_s + QChar(0xd83d) + u"b"_s) << u"a"_s + replacement + u"b"_s;
+        QTest::newRow("lone low surrogate")
+            << QString(u"a"_s + QChar(0xde00)) << u"a"_s + replacement;
+        QTest::newRow("pair") << u"a\U0001f600b"_s << u"a\U0001f600b"_s;
+    }
+    void showsMarkupAndControlsHarmlessly()
+    {
+        QFETCH(QString, text);
+        Window window;
+        window.showText(text);
+        QTEST(window.view().plainText(), "shown");
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QVERIFY(!window.grabWindow().isNull());
+    }
+
+    void selectsAcrossRows()
+    {
+        Window window;
+        window.showText(u"# Uno **dos**\n\n- tres\nfin"_s);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QTest::mousePress(&window, Qt::LeftButton, {}, window.pointAt(0, 0));
+        QTest::mouseMove(&window, window.pointAt(3, 300));
+        QTest::mouseRelease(&window, Qt::LeftButton, {}, window.pointAt(3, 300));
+        QCOMPARE(window.view().selectedText(), u"Uno dos\n\ntres\nfin"_s);
+
+        QTest::keySequence(&window, QKeySequence::Copy);
+        QCOMPARE(QGuiApplication::clipboard()->text(), u"Uno dos\n\ntres\nfin"_s);
+    }
+
+    void selectsBackwards()
+    {
+        Window window;
+        window.showText(u"uno\ndos\ntres"_s);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QTest::mousePress(&window, Qt::LeftButton, {}, window.pointAt(2, 300));
+        QTest::mouseMove(&window, window.pointAt(1, 0));
+        QTest::mouseRelease(&window, Qt::LeftButton, {}, window.pointAt(1, 0));
+        QCOMPARE(window.view().selectedText(), u"dos\ntres"_s);
+    }
+
+    void keepsTheSelectionWhileLinesArrive()
+    {
+        Window window;
+        const QString text = u"uno\ndos\ntres"_s;
+        window.showText(text);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QTest::mousePress(&window, Qt::LeftButton, {}, window.pointAt(0, 0));
+        QTest::mouseMove(&window, window.pointAt(2, 300));
+        window.showText(text + u" y más\ncuatro"_s);
+        QCOMPARE(window.view().selectedText(), u"uno\ndos\ntres"_s);
+        QTest::mouseMove(&window, window.pointAt(3, 300));
+        QTest::mouseRelease(&window, Qt::LeftButton, {}, window.pointAt(3, 300));
+        QCOMPARE(window.view().selectedText(), u"uno\ndos\ntres y más\ncuatro"_s);
+        window.showText(text);
+        QCOMPARE(window.view().selectedText(), text);
+    }
+
+    void selectsAWordByADoubleClickAndARowByATriple()
+    {
+        Window window;
+        window.showText(u"primera fila\nel dolor torácico"_s);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        const QPoint word = window.pointAt(1, 40);
+        QTest::mouseDClick(&window, Qt::LeftButton, {}, word);
+        QCOMPARE(window.view().selectedText(), u"dolor"_s);
+        QTest::mouseClick(&window, Qt::LeftButton, {}, word);
+        QCOMPARE(window.view().selectedText(), u"el dolor torácico"_s);
+    }
+
+    void selectsAllWithinTheMessage()
+    {
+        Window window;
+        window.showText(u"# Uno\n\ndos"_s);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QTest::mouseClick(&window, Qt::LeftButton, {}, window.pointAt(0, 3));
+        QCOMPARE(window.view().selectedText(), u""_s);
+        QTest::keySequence(&window, QKeySequence::SelectAll);
+        QCOMPARE(window.view().selectedText(), u"Uno\n\ndos"_s);
+    }
+
+    void losesTheSelectionWithTheFocus()
+    {
+        Window window;
+        window.showText(u"uno dos"_s);
+        auto *other = new MarkdownMessageView(window.contentItem());
+        other->setWrapWidth(wrapWidth);
+        other->setText(u"otro"_s);
+        other->setY(200);
+        other->setSize({100, 30});
+        window.show();
+        QVERIFY(QTest::qWaitForWindowActive(&window));
+        QTest::mouseDClick(&window, Qt::LeftButton, {}, window.pointAt(0, 5));
+        QCOMPARE(window.view().selectedText(), u"uno"_s);
+        QTest::mouseDClick(&window, Qt::LeftButton, {}, QPoint(5, 208));
+        QCOMPARE(window.view().selectedText(), u""_s);
+        QCOMPARE(other->selectedText(), u"otro"_s);
+    }
+
+    void tellsItsPlainTextOnceASecondAtMostWhileItGrows()
+    {
+        Window window;
+        window.showText(u"a\n"_s);
+        QSignalSpy told(&window.view(), &TextRowsItem::plainTextChanged);
+        QString text = u"a\n"_s;
+        for (int i = 0; i < 50; ++i) {
+            text += u"línea\n"_s;
+            window.showText(text);
+        }
+        QCOMPARE(told.size(), 0);
+        QTRY_COMPARE(told.size(), 1);
+        window.showText(u"otro"_s);
+        QCOMPARE(told.size(), 2);
+    }
+};
+
+QTEST_MAIN(MarkdownMessageViewTest)
+#include "MarkdownMessageViewTest.moc"
