@@ -24,9 +24,10 @@ STORE = Path(".local/share/aulora-ia/preferences.sqlite")
 class Element:
     """One element of the accessibility tree. Everything is asked anew each time."""
 
-    def __init__(self, desktop, accessible):
+    def __init__(self, desktop, accessible, scale):
         self._desktop = desktop
         self._accessible = accessible
+        self._scale = scale
 
     @property
     def role(self):
@@ -49,8 +50,10 @@ class Element:
     @property
     def rectangle(self):
         """x, y, width and height in pixels of the screen."""
+        # Qt leaves its own scale factor out.
         box = self._accessible.get_extents(Atspi.CoordType.SCREEN)
-        return box.x, box.y, box.width, box.height
+        return tuple(round(self._scale * length)
+                     for length in (box.x, box.y, box.width, box.height))
 
     @property
     def center(self):
@@ -93,7 +96,7 @@ class Element:
         for index in range(self._accessible.get_child_count()):
             child = self._accessible.get_child_at_index(index)
             if child:
-                yield Element(self._desktop, child)
+                yield Element(self._desktop, child, self._scale)
 
 
 class Program:
@@ -150,7 +153,8 @@ class Program:
             application = bus.get_child_at_index(index)
             if application and application.get_process_id() == self.process.pid:
                 application.set_cache_mask(Atspi.Cache.NONE)
-                yield from _descendants(Element(self.desktop, application))
+                scale = float(self._environment.get("QT_SCALE_FACTOR", 1))
+                yield from _descendants(Element(self.desktop, application, scale))
 
     def elements(self, role, name=None):
         """The visible elements with a role and, if given, a name, as they are now."""
@@ -174,14 +178,14 @@ class Program:
         return self.element("text", "Mensaje")
 
     def messages(self):
-        """The texts of the questions and replies shown, from the top."""
+        """The texts of the questions and replies on the screen and near it, from the top."""
         # A reply that is still growing ends in a line feed, which nobody sees.
         return [element.name.rstrip("\n") for element in self.elements("paragraph")]
 
     def conversations(self):
         """Title, count line and whether it is selected, of each row, from the top."""
-        return [(row.name, row.description, row.has("selected"))
-                for row in self.elements("list item")]
+        rows = sorted(self.elements("list item"), key=lambda row: row.rectangle[1])
+        return [(row.name, row.description, row.has("selected")) for row in rows]
 
     def wait_for(self, condition, what):
         """Waits for a condition, unless the program ends first."""

@@ -79,19 +79,6 @@ class ComposerTest(AuloraTestCase):
         self.desktop.press("dead_acute", "e", "dead_tilde", "n", "Multi_key", "apostrophe", "o")
         program.wait_for_composer("genéñó")
 
-    def test_grows_to_five_lines_and_then_scrolls(self):
-        program = self.start()
-        heights = []
-        program.write("1")
-        for line in range(2, 9):
-            heights.append(program.composer.rectangle[3])
-            self.desktop.press("shift+Return")
-            self.desktop.type(str(line))
-            program.wait_for_composer("\n".join(str(n) for n in range(1, line + 1)))
-        steps = [after - before for before, after in zip(heights, heights[1:])]
-        self.assertTrue(all(step > 0 for step in steps[:4]), steps)
-        self.assertEqual(steps[4:], [0, 0])
-
 
 if __name__ == "__main__":
     unittest.main()

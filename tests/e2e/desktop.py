@@ -34,7 +34,7 @@ def wait_until(condition, what, timeout=20.0):
         if answer:
             return answer
         if time.monotonic() > deadline:
-            raise AssertionError(f"waited {timeout:g} s in vain for {what}")
+            raise AssertionError(f"waited {timeout:g} s in vain for {what[:400]}")
         time.sleep(0.02)
 
 

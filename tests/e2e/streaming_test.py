@@ -20,7 +20,7 @@ class StreamingTest(AuloraTestCase):
             request.write(line + "\n")
         request.finish()
         program.wait_for_status("En línea")
-        program.wait_for_messages("larga", "\n".join(lines))
+        program.wait_for(lambda: program.messages()[-1:] == ["\n".join(lines)], "all of the reply")
 
     def test_bytes_one_by_one(self):
         program = self.start()
