@@ -128,8 +128,8 @@ def report(what, measured, budget, unit, floor=None):
 
 class Bench:
     def __init__(self, folder, host, certificate, key):
-        self.program = Path(folder) / "aulora-ia"
-        self.empty = Path(folder) / "empty-window"
+        self.program = Path(folder).resolve() / "aulora-ia"
+        self.empty = Path(folder).resolve() / "empty-window"
         self.assistant = RecordingServer(int(host.rpartition(":")[2]), certificate, key)
         self.screen = Screen(DESKTOP.environment["DISPLAY"])
 

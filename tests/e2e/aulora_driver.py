@@ -105,7 +105,7 @@ class Program:
     def __init__(self, desktop, executable, home=None, environment=()):
         self.desktop = desktop
         self.home = Path(home or tempfile.mkdtemp(prefix="home-", dir=desktop.folder))
-        self._executable = executable
+        self._executable = Path(executable).resolve()
         self._environment = desktop.environment | {"HOME": str(self.home)} | dict(environment)
         self._log = Path(tempfile.mkstemp(prefix="output-", dir=desktop.folder)[1])
         self.process = self.launch()
