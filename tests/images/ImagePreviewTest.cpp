@@ -186,7 +186,7 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("bytes");
         QTest::addColumn<QSize>("expected");
 
-        for (const QSize size : {QSize(120, 80), QSize(900, 600)}) {
+        for (const QSize size : {QSize(120, 80), QSize(720, 480)}) {
             const QSize expected = size.width() > 700 ? QSize(700, 467) : size;
             for (int orientation = 1; orientation <= 8; ++orientation) {
                 const QImage stored = storedWithOrientation(quarters(size), orientation);

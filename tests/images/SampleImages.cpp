@@ -82,23 +82,32 @@ QImage storedWithOrientation(const QImage &upright, int orientation)
 {
     const int right = upright.width() - 1;
     const int bottom = upright.height() - 1;
+    // Where a stored row and column belong, as the EXIF standard defines each value.
+    const auto place = [&](int row, int column) -> QPoint {
+        switch (orientation) {
+        case 1:
+            return {column, row};
+        case 2:
+            return {right - column, row};
+        case 3:
+            return {right - column, bottom - row};
+        case 4:
+            return {column, bottom - row};
+        case 5:
+            return {row, column};
+        case 6:
+            return {right - row, column};
+        case 7:
+            return {right - row, bottom - column};
+        default:
+            return {row, bottom - column};
+        }
+    };
     const bool isLying = orientation >= 5;
     QImage stored(isLying ? upright.size().transposed() : upright.size(), upright.format());
     for (int row = 0; row < stored.height(); ++row) {
-        for (int column = 0; column < stored.width(); ++column) {
-            // Where the stored row and column belong, as the EXIF standard defines each value.
-            const std::array<QPoint, 8> places{
-                QPoint(column, row),
-                QPoint(right - column, row),
-                {right - column, bottom - row},
-                {column, bottom - row},
-                {row, column},
-                {right - row, column},
-                {right - row, bottom - column},
-                {row, bottom - column},
-            };
-            stored.setPixel(column, row, upright.pixel(places[orientation - 1]));
-        }
+        for (int column = 0; column < stored.width(); ++column)
+            stored.setPixel(column, row, upright.pixel(place(row, column)));
     }
     return stored;
 }

@@ -79,7 +79,8 @@ QSize HeifHandler::size() const
 qint64 HeifHandler::decodingBytes() const
 {
     // A picture of tiles is put together from red, green and blue besides the tiles; one without is
-    // there twice, as the decoder has it and as libheif hands it over. Measured with one large tile.
+    // there twice, as the decoder has it and as libheif hands it over. Measured with one large
+    // tile.
     constexpr double samplesOfTiles = 4.5;
     double samples = std::max(samplesOfTiles, 2 * samplesPerPixel(m_bytes));
     if (heif_image_handle_has_alpha_channel(m_handle.get()) != 0)

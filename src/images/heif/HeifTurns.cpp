@@ -42,6 +42,12 @@ QByteArrayView contentOf(const QList<Box> &boxes, const char *type)
     return box == boxes.end() ? QByteArrayView() : box->content;
 }
 
+/// The number of an item; 0, which no item has, past the end.
+quint32 itemNumber(const ByteReader &reader, qsizetype at, bool isLong)
+{
+    return isLong ? reader.u32(at).value_or(0) : reader.u16(at).value_or(0);
+}
+
 /// The 1-based positions of the properties associated with `item`, in their order; `associations`
 /// is what is inside of the box "ipma".
 std::optional<QList<int>> propertiesOf(quint32 item, QByteArrayView associations)
@@ -54,12 +60,12 @@ std::optional<QList<int>> propertiesOf(quint32 item, QByteArrayView associations
     quint32 entries = reader.u32(4).value_or(0);
     qsizetype at = 8;
     for (; entries > 0 && at < associations.size(); --entries) {
-        const auto id = hasLongItems ? reader.u32(at) : std::optional<quint32>(reader.u16(at));
+        const quint32 id = itemNumber(reader, at, hasLongItems);
         at += hasLongItems ? 4 : 2;
-        if (!id || at >= associations.size())
+        if (at >= associations.size())
             break;
         const int count = quint8(associations[at++]);
-        if (*id != item) {
+        if (id != item) {
             at += count * positionSize;
             continue;
         }
@@ -83,15 +89,12 @@ std::optional<int> quarterTurns(const QByteArray &heic)
         return std::nullopt;
     const QList<Box> parts = boxes(meta.sliced(4));
     const QByteArrayView primary = contentOf(parts, "pitm");
-    const ByteReader primaryReader(primary, ByteReader::BigEndian);
-    const auto item = !primary.isEmpty() && primary[0] > 0
-        ? primaryReader.u32(4)
-        : std::optional<quint32>(primaryReader.u16(4));
+    const bool hasLongItems = !primary.isEmpty() && primary[0] > 0;
+    const quint32 item = itemNumber(ByteReader(primary, ByteReader::BigEndian), 4, hasLongItems);
     const QList<Box> propertyParts = boxes(contentOf(parts, "iprp"));
     const QList<Box> properties = boxes(contentOf(propertyParts, "ipco"));
-    const auto positions
-        = item ? propertiesOf(*item, contentOf(propertyParts, "ipma")) : std::nullopt;
-    if (!positions)
+    const auto positions = propertiesOf(item, contentOf(propertyParts, "ipma"));
+    if (item == 0 || !positions)
         return std::nullopt;
 
     int turns = 0;
