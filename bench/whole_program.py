@@ -64,9 +64,9 @@ class Measured:
         return [(float(found["time"]), int(found["cost"]))
                 for found in map(FRAME.match, lines) if found]
 
-    def settle(self):
-        """Waits until nothing has been painted for a second."""
-        wait_until(lambda: time.clock_gettime(time.CLOCK_BOOTTIME) - self.frames()[-1][0] > 1,
+    def settle(self, seconds=0.4):
+        """Waits until nothing has been painted for a while. A visible caret blinks every 0.5 s."""
+        wait_until(lambda: time.clock_gettime(time.CLOCK_BOOTTIME) - self.frames()[-1][0] > seconds,
                    "the program to come to rest", 120)
 
     @property
@@ -162,6 +162,9 @@ class Bench:
     def idle(self):
         run = Measured(self.program, "software", home_with([]))
         run.settle()
+        # The keyboard goes from the composer to a button, and the caret with it.
+        self.screen.press("Tab")
+        run.settle(1)
         frames, used = len(run.frames()), run.processor_time
         time.sleep(10)  # The length of the measurement itself.
         report("idle for 10 s: frames", len(run.frames()) - frames, 0, "")
@@ -177,10 +180,15 @@ class Bench:
         return self.assistant.next_request()
 
     def status_is_busy(self, places, busy):
-        """A condition on the status chip's dot, and the rectangle to look at."""
-        x, y, _, height = places["status"]
-        dot = (x - 11, y + height // 2 - 1, 2, 2)
-        return (lambda pixels: (pixels[2] - pixels[0] > ORANGE_IS_RED_OVER_BLUE) == busy), dot
+        """A condition on the status chip's dot, orange or not, and the rectangle to look at. The
+        dot moves with the width of the label beside it."""
+        x, y, width, height = places["status"]
+
+        def holds(pixels):
+            return any(red - blue > ORANGE_IS_RED_OVER_BLUE
+                       for blue, red in zip(pixels[0::4], pixels[2::4])) == busy
+
+        return holds, (x - 60, y + height // 2, width + 60, 1)
 
     def stream(self, lines, rate=None):
         """Streams a reply; what it cost. Lines a second, or as fast as they go."""
