@@ -43,9 +43,8 @@ QSize announcedSize(const QImageReader &reader)
 /// The toolkit would turn the picture while it is still large and so need its memory twice.
 QImage turned(const QImage &image, QImageIOHandler::Transformations transformation)
 {
-    const QImage mirrored
-        = image.mirrored(transformation.testFlag(QImageIOHandler::TransformationMirror),
-                         transformation.testFlag(QImageIOHandler::TransformationFlip));
+    QImage mirrored = image.mirrored(transformation.testFlag(QImageIOHandler::TransformationMirror),
+                                     transformation.testFlag(QImageIOHandler::TransformationFlip));
     if (!transformation.testFlag(QImageIOHandler::TransformationRotate90))
         return mirrored;
     constexpr double quarterTurn = 90;

@@ -87,7 +87,7 @@ void ImageIntake::handleImportedFile(const QList<QUrl> &urls)
 {
     if (!m_contentView->imageAnalysisEnabled() || urls.isEmpty())
         return;
-    const QUrl url = urls.first();
+    const QUrl &url = urls.first();
     runThenFinish(
         QThreadPool::globalInstance(), this,
         [url] { return readLocalFile(url, maximumImageBytes + 1); },

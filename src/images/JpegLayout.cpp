@@ -40,7 +40,7 @@ struct Frame
 std::optional<Frame> parseFrame(const ByteReader &reader, const QByteArray &jpeg, qsizetype segment,
                                 quint8 marker)
 {
-    constexpr int bytesPerComponent = 3;
+    constexpr qsizetype bytesPerComponent = 3;
     const auto height = reader.u16(segment + 3);
     const auto width = reader.u16(segment + 5);
     if (!height || !width || *height == 0 || *width == 0 || segment + 7 >= jpeg.size())
@@ -52,19 +52,19 @@ std::optional<Frame> parseFrame(const ByteReader &reader, const QByteArray &jpeg
     if (frame.components == 0 || table + bytesPerComponent * frame.components > jpeg.size())
         return std::nullopt;
 
-    int widest = 1;
-    int tallest = 1;
-    int blocksPerUnit = 0;
+    qint64 widest = 1;
+    qint64 tallest = 1;
+    qint64 blocksPerUnit = 0;
     for (int i = 0; i < frame.components; ++i) {
         const auto sampling = quint8(jpeg[table + bytesPerComponent * i + 1]);
-        const int across = std::max(1, sampling >> 4);
-        const int down = std::max(1, sampling & 15);
+        const qint64 across = std::max(1, sampling >> 4);
+        const qint64 down = std::max(1, sampling & 15);
         widest = std::max(widest, across);
         tallest = std::max(tallest, down);
         blocksPerUnit += across * down;
     }
-    constexpr int blockSide = 8;
-    constexpr qint64 bytesPerBlock = blockSide * blockSide * sizeof(qint16);
+    constexpr qint64 blockSide = 8;
+    constexpr qint64 bytesPerBlock = blockSide * blockSide * qint64(sizeof(qint16));
     const qint64 unitsAcross = (*width + widest * blockSide - 1) / (widest * blockSide);
     const qint64 unitsDown = (*height + tallest * blockSide - 1) / (tallest * blockSide);
     frame.coefficientBytes = unitsAcross * unitsDown * blocksPerUnit * bytesPerBlock;

@@ -11,6 +11,8 @@ struct TextPosition
     qsizetype row = 0;
     qsizetype offset = 0;
 
+    // The linter takes the comparison's 0 for a pointer.
+    // NOLINTNEXTLINE(modernize-use-nullptr)
     auto operator<=>(const TextPosition &) const = default;
 };
 

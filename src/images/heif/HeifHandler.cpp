@@ -17,7 +17,7 @@ namespace {
 
 QColorSpace colorSpace(const heif_image_handle *handle)
 {
-    const qsizetype size = qsizetype(heif_image_handle_get_raw_color_profile_size(handle));
+    const auto size = qsizetype(heif_image_handle_get_raw_color_profile_size(handle));
     if (size <= 0 || size > maximumImageBytes)
         return {};
     QByteArray profile(size, Qt::Uninitialized);

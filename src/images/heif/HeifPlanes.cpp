@@ -85,7 +85,7 @@ ColorMatrix colorMatrix(const heif_image *picture)
 
 int clamped(double sample)
 {
-    return std::clamp(int(sample + 0.5), 0, maximumSample);
+    return std::clamp(qRound(sample), 0, maximumSample);
 }
 
 QRgb pixel(const ColorMatrix &matrix, int brightness, int blueDifference, int redDifference)
