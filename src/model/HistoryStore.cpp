@@ -17,6 +17,18 @@ void printLine(const QString &text)
     std::fflush(stdout);
 }
 
+/// What was begun while the stored conversations could not be read, before them: newest first.
+QByteArray mergedDocuments(const QByteArray &begun, const QByteArray &stored)
+{
+    auto storedConversations = decodeConversations(stored);
+    const auto *older = std::get_if<QList<Conversation>>(&storedConversations);
+    if (!older)
+        return begun;
+    auto conversations = std::get<QList<Conversation>>(decodeConversations(begun));
+    conversations.removeIf([](const Conversation &one) { return one.messages.isEmpty(); });
+    return encodeConversations(conversations + *older);
+}
+
 } // namespace
 
 HistoryStore::HistoryStore(PreferenceStore *store, QObject *parent)
@@ -26,6 +38,7 @@ HistoryStore::HistoryStore(PreferenceStore *store, QObject *parent)
     connect(store, &PreferenceStore::commitFailed, this, [](const QString &description) {
         printLine(u"Error guardando historial: "_s + description);
     });
+    store->setMerge(historyKey, mergedDocuments);
 }
 
 HistoryStore::~HistoryStore()
@@ -37,8 +50,11 @@ HistoryStore::~HistoryStore()
 QList<Conversation> HistoryStore::load() const
 {
     const auto document = m_store->data(historyKey);
-    if (!document)
+    if (!document) {
+        if (const auto failure = m_store->readFailure())
+            printLine(u"Error cargando historial: "_s + *failure);
         return {};
+    }
     auto decoded = decodeConversations(*document);
     if (const auto *error = std::get_if<DecodingError>(&decoded)) {
         printLine(u"Error cargando historial: "_s + error->description);

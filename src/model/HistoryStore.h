@@ -23,14 +23,16 @@ public:
     ~HistoryStore() override;
 
     /// The stored conversations, newest first; empty when there are none or the document cannot be
-    /// read, which is said in one line. The stored document stays as it is.
+    /// read, which is said in one line. The stored document stays as it is. One that only the disk
+    /// or its rights keep from being read is not lost: the first save that succeeds puts it behind
+    /// the conversations begun meanwhile, and the next start shows it.
     QList<Conversation> load() const;
 
     /// Hands `conversations` over to be encoded and committed in the background: the list is
     /// shared, not copied, so the cost does not depend on the size of the history.
     void save(const QList<Conversation> &conversations);
 
-    /// Deletes the stored document.
+    /// Deletes the stored document, and what was kept of damaged ones.
     void remove();
 
 private:

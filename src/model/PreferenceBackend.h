@@ -7,6 +7,13 @@
 #include <QString>
 
 #include <optional>
+#include <variant>
+
+/// Why a back-end could not read what may well be there, in one line.
+struct PreferenceReadError
+{
+    QString description;
+};
 
 /// Where a preference store keeps its values. Every call but construction comes from one thread,
 /// not the one that made the object; it is destroyed there too.
@@ -18,13 +25,20 @@ public:
     PreferenceBackend &operator=(const PreferenceBackend &) = delete;
     virtual ~PreferenceBackend() = default;
 
-    /// All strings and booleans. Called first, and once; what cannot be read is absent.
-    virtual QHash<QString, PreferenceValue> load() = 0;
+    using Scalars = QHash<QString, PreferenceValue>;
 
-    /// The bytes under `key`; absent too when they cannot be read or the value is of another type.
-    virtual std::optional<QByteArray> data(const QString &key) = 0;
+    /// All strings and booleans. Called first, and again only while it fails.
+    virtual std::variant<Scalars, PreferenceReadError> load() = 0;
+
+    /// The bytes under `key`; none when there is no value or one of another type.
+    virtual std::variant<std::optional<QByteArray>, PreferenceReadError> data(const QString &key)
+        = 0;
 
     /// Makes all of `changes`, durably, or none of them; no value removes the key. Returns why it
     /// could not, in one line, or nothing when all is well.
     virtual std::optional<QString> commit(const QHash<QString, PreferenceValue> &changes) = 0;
+
+    /// Deletes what was kept of damaged stores, in which removed values may still be found. Returns
+    /// what `commit` returns.
+    virtual std::optional<QString> deleteDamaged() { return std::nullopt; }
 };

@@ -41,6 +41,16 @@ std::optional<Value> PreferenceStore::scalar(const QString &key) const
     return value ? std::optional(*value) : std::nullopt;
 }
 
+std::optional<QString> PreferenceStore::readFailure() const
+{
+    return m_writer->readFailure();
+}
+
+void PreferenceStore::setMerge(const QString &key, Merge merge)
+{
+    m_writer->setMerge(key, std::move(merge));
+}
+
 void PreferenceStore::setData(const QString &key, DataSource source)
 {
     scalars().remove(key);

@@ -22,6 +22,10 @@ class PreferenceWriter;
 /// up to 30 s) also without one. Destruction waits until everything accepted is on disk or has
 /// failed once more.
 ///
+/// What is stored but cannot be read, for a lack of permission or because another program holds it,
+/// counts as absent, but nothing takes its place: no commit succeeds before it is read. Then
+/// strings and booleans stay as they are stored, whatever was set meanwhile, and bytes are merged.
+///
 /// Every function belongs to the thread that made the store.
 class PreferenceStore : public QObject
 {
@@ -31,6 +35,9 @@ public:
     /// Makes the bytes of a value when they are needed: on the writer thread, so it must hold
     /// values and no references, or on the reading thread for a read before the commit.
     using DataSource = std::function<QByteArray()>;
+    /// Combines bytes that were set with stored ones that could only be read later, on the writer
+    /// thread.
+    using Merge = std::function<QByteArray(const QByteArray &set, const QByteArray &stored)>;
 
     explicit PreferenceStore(std::unique_ptr<PreferenceBackend> backend, QObject *parent = nullptr);
     ~PreferenceStore() override;
@@ -40,9 +47,15 @@ public:
     std::optional<QString> string(const QString &key) const;
     std::optional<bool> boolean(const QString &key) const;
 
+    /// Why stored values cannot be read, in one line; nothing when all were.
+    std::optional<QString> readFailure() const;
+    /// How bytes under `key` are merged; where nothing is said the stored ones stay.
+    void setMerge(const QString &key, Merge merge);
+
     void setData(const QString &key, DataSource source);
     void setString(const QString &key, const QString &value);
     void setBoolean(const QString &key, bool value);
+    /// Deletes the value from what was kept of damaged stores too.
     void remove(const QString &key);
 
     /// Waits until all that was set is committed, or a commit has failed, which yields false.

@@ -77,10 +77,27 @@ std::optional<QByteArray> PreferenceWriter::data(const QString &key)
     return std::move(read.value);
 }
 
+std::optional<QString> PreferenceWriter::readFailure()
+{
+    const std::scoped_lock lock(m_mutex);
+    return m_readFailure;
+}
+
+void PreferenceWriter::setMerge(const QString &key, Merge merge)
+{
+    const std::scoped_lock lock(m_mutex);
+    m_merges.insert(key, std::move(merge));
+}
+
 void PreferenceWriter::set(const QString &key, PendingValue value)
 {
     {
         const std::scoped_lock lock(m_mutex);
+        if (std::holds_alternative<std::monostate>(value)) {
+            m_isRemoving = true;
+            m_unread.remove(key);
+            m_unseen.remove(key);
+        }
         m_pending.insert(key, std::move(value));
         m_nextAttempt = Clock::now();
     }
@@ -107,10 +124,8 @@ std::optional<QString> PreferenceWriter::takeFailure()
 
 void PreferenceWriter::run()
 {
-    auto scalars = m_backend->load();
     std::unique_lock lock(m_mutex);
-    m_storedScalars = std::move(scalars);
-    m_progress.notify_all();
+    loadScalars(lock);
 
     while (!m_isStopping) {
         if (m_read)
@@ -127,27 +142,53 @@ void PreferenceWriter::run()
     m_backend.reset();
 }
 
+std::optional<QString> PreferenceWriter::loadScalars(std::unique_lock<std::mutex> &lock)
+{
+    lock.unlock();
+    auto loaded = m_backend->load();
+    lock.lock();
+    auto *stored = std::get_if<PreferenceBackend::Scalars>(&loaded);
+    if (stored) {
+        m_areScalarsRead = true;
+        // An identifier made because none could be read must not take the place of the real one.
+        m_pending.removeIf([&](const auto &entry) { return stored->contains(entry.key()); });
+        m_storedScalars = std::move(*stored);
+    } else {
+        m_readFailure = std::get<PreferenceReadError>(loaded).description;
+        m_storedScalars.emplace();
+    }
+    m_progress.notify_all();
+    return m_areScalarsRead ? std::nullopt : m_readFailure;
+}
+
 void PreferenceWriter::serveRead(std::unique_lock<std::mutex> &lock)
 {
     Read *read = std::exchange(m_read, nullptr);
     lock.unlock();
-    auto value = m_backend->data(read->key);
+    auto result = m_backend->data(read->key);
     lock.lock();
-    read->value = std::move(value);
+    if (auto *value = std::get_if<std::optional<QByteArray>>(&result)) {
+        read->value = std::move(*value);
+        m_unread.remove(read->key);
+        if (!m_areScalarsRead)
+            loadScalars(lock);
+    } else {
+        m_readFailure = std::get<PreferenceReadError>(result).description;
+        m_unread.insert(read->key);
+    }
     read->isDone = true;
     m_progress.notify_all();
 }
 
 void PreferenceWriter::commit(std::unique_lock<std::mutex> &lock)
 {
-    PendingValues values = m_inFlight = std::exchange(m_pending, {});
-    lock.unlock();
-    QHash<QString, PreferenceValue> changes;
-    for (auto it = values.cbegin(); it != values.cend(); ++it)
-        changes.insert(it.key(), evaluated(it.value()));
-    auto failure = m_backend->commit(changes);
+    auto failure = readUnread(lock);
+    PendingValues values;
+    if (!failure) {
+        values = m_inFlight = std::exchange(m_pending, {});
+        failure = write(lock, values);
+    }
 
-    lock.lock();
     if (!failure) {
         m_isFailing = false;
         m_retryDelay = firstRetryDelay;
@@ -171,4 +212,56 @@ void PreferenceWriter::commit(std::unique_lock<std::mutex> &lock)
     // The last hold on a large history may be here; nobody waits while it is let go.
     values.clear();
     lock.lock();
+}
+
+/// Reads what could not be read before, so that no commit takes the place of what nobody has seen.
+std::optional<QString> PreferenceWriter::readUnread(std::unique_lock<std::mutex> &lock)
+{
+    if (!m_areScalarsRead) {
+        if (auto failure = loadScalars(lock))
+            return failure;
+    }
+    while (!m_unread.isEmpty()) {
+        const QString key = *m_unread.cbegin();
+        lock.unlock();
+        auto result = m_backend->data(key);
+        lock.lock();
+        if (const auto *error = std::get_if<PreferenceReadError>(&result))
+            return error->description;
+        // It may have been removed meanwhile.
+        const bool isUnread = m_unread.remove(key);
+        const auto &stored = std::get<std::optional<QByteArray>>(result);
+        if (isUnread && stored)
+            m_unseen.insert(key, *stored);
+    }
+    m_readFailure.reset();
+    return std::nullopt;
+}
+
+std::optional<QString> PreferenceWriter::write(std::unique_lock<std::mutex> &lock,
+                                               const PendingValues &values)
+{
+    const bool isRemoving = std::exchange(m_isRemoving, false);
+    const auto unseen = m_unseen;
+    const auto merges = m_merges;
+    lock.unlock();
+
+    QHash<QString, PreferenceValue> changes;
+    for (auto it = values.cbegin(); it != values.cend(); ++it) {
+        PreferenceValue value = evaluated(it.value());
+        if (const auto *bytes = std::get_if<QByteArray>(&value);
+            bytes && unseen.contains(it.key())) {
+            const Merge merge = merges.value(it.key());
+            value = merge ? merge(*bytes, unseen[it.key()]) : unseen[it.key()];
+        }
+        changes.insert(it.key(), std::move(value));
+    }
+    auto failure = m_backend->commit(changes);
+    if (!failure && isRemoving)
+        failure = m_backend->deleteDamaged();
+
+    lock.lock();
+    if (failure)
+        m_isRemoving = m_isRemoving || isRemoving;
+    return failure;
 }

@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <QSet>
 #include <QString>
 #include <QThread>
 
@@ -17,11 +18,15 @@
 
 /// The thread that owns a preference store's back-end and does all of its reading and writing.
 ///
+/// What could not be read is never written over: a commit begins by reading it, and fails while
+/// that does.
+///
 /// Every function may be called from any one other thread.
 class PreferenceWriter
 {
 public:
     using DataSource = std::function<QByteArray()>;
+    using Merge = std::function<QByteArray(const QByteArray &set, const QByteArray &stored)>;
     /// A value on its way to the disk; `std::monostate` removes the key.
     using PendingValue = std::variant<std::monostate, DataSource, QString, bool>;
 
@@ -34,14 +39,22 @@ public:
     PreferenceWriter(const PreferenceWriter &) = delete;
     PreferenceWriter &operator=(const PreferenceWriter &) = delete;
 
-    /// The strings and booleans that were stored at the start; waits until they are read.
+    /// The strings and booleans that were stored at the start; waits until they are read, or could
+    /// not be.
     QHash<QString, PreferenceValue> storedScalars();
 
     /// The bytes under `key`: pending ones if there are, else what the back-end holds, which may
     /// wait for a commit to end.
     std::optional<QByteArray> data(const QString &key);
 
-    /// Takes the place of any value of `key` that is still pending.
+    /// Why stored values cannot be read; nothing when all were.
+    std::optional<QString> readFailure();
+
+    /// How bytes set under `key` are combined with stored ones that could only be read later.
+    void setMerge(const QString &key, Merge merge);
+
+    /// Takes the place of any value of `key` that is still pending. A removal also deletes what was
+    /// kept of damaged stores, and what could not be read.
     void set(const QString &key, PendingValue value);
 
     /// Waits until nothing is pending, which is true, or a commit has failed, which is false.
@@ -63,8 +76,11 @@ private:
     };
 
     void run();
+    std::optional<QString> loadScalars(std::unique_lock<std::mutex> &lock);
     void serveRead(std::unique_lock<std::mutex> &lock);
     void commit(std::unique_lock<std::mutex> &lock);
+    std::optional<QString> readUnread(std::unique_lock<std::mutex> &lock);
+    std::optional<QString> write(std::unique_lock<std::mutex> &lock, const PendingValues &values);
 
     std::unique_ptr<PreferenceBackend> m_backend;
     const std::function<void()> m_failed;
@@ -77,7 +93,16 @@ private:
     PendingValues m_pending;
     /// What the running commit took out of m_pending.
     PendingValues m_inFlight;
+    /// A removal is in m_pending or m_inFlight, or was when another value took its place.
+    bool m_isRemoving = false;
     Read *m_read = nullptr;
+    bool m_areScalarsRead = false;
+    /// Keys whose bytes could not be read.
+    QSet<QString> m_unread;
+    std::optional<QString> m_readFailure;
+    /// Stored bytes that nobody but this writer has seen: every later value is merged with them.
+    QHash<QString, QByteArray> m_unseen;
+    QHash<QString, Merge> m_merges;
     Clock::time_point m_nextAttempt;
     std::chrono::seconds m_retryDelay;
     quint64 m_failures = 0;

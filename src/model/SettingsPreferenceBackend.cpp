@@ -28,19 +28,26 @@ QVariant toVariant(const PreferenceValue &value)
     return std::get<bool>(value);
 }
 
+PreferenceReadError readError()
+{
+    return {u"no se pueden leer las preferencias"_s};
+}
+
 } // namespace
 
 SettingsPreferenceBackend::SettingsPreferenceBackend(OpenSettings openSettings)
     : m_openSettings(std::move(openSettings))
 { }
 
-QHash<QString, PreferenceValue> SettingsPreferenceBackend::load()
+std::variant<PreferenceBackend::Scalars, PreferenceReadError> SettingsPreferenceBackend::load()
 {
-    m_settings = m_openSettings();
-    QHash<QString, PreferenceValue> scalars;
-    const QStringList keys = m_settings->allKeys();
+    QSettings *stored = settings();
+    if (stored->status() != QSettings::NoError)
+        return readError();
+    Scalars scalars;
+    const QStringList keys = stored->allKeys();
     for (const QString &key : keys) {
-        const QVariant value = m_settings->value(key);
+        const QVariant value = stored->value(key);
         if (value.typeId() == QMetaType::QString)
             scalars.insert(preferenceKey(key), value.toString());
         else if (value.typeId() == QMetaType::Bool)
@@ -49,25 +56,37 @@ QHash<QString, PreferenceValue> SettingsPreferenceBackend::load()
     return scalars;
 }
 
-std::optional<QByteArray> SettingsPreferenceBackend::data(const QString &key)
+std::variant<std::optional<QByteArray>, PreferenceReadError>
+SettingsPreferenceBackend::data(const QString &key)
 {
-    const QVariant value = m_settings->value(settingsKey(key));
-    if (value.typeId() != QMetaType::QByteArray)
-        return std::nullopt;
-    return value.toByteArray();
+    const QSettings *stored = settings();
+    if (stored->status() != QSettings::NoError)
+        return readError();
+    const QVariant value = stored->value(settingsKey(key));
+    return value.typeId() == QMetaType::QByteArray ? std::optional(value.toByteArray())
+                                                   : std::nullopt;
 }
 
 std::optional<QString>
 SettingsPreferenceBackend::commit(const QHash<QString, PreferenceValue> &changes)
 {
+    QSettings *stored = settings();
     for (auto it = changes.cbegin(); it != changes.cend(); ++it) {
         if (std::holds_alternative<std::monostate>(*it))
-            m_settings->remove(settingsKey(it.key()));
+            stored->remove(settingsKey(it.key()));
         else
-            m_settings->setValue(settingsKey(it.key()), toVariant(*it));
+            stored->setValue(settingsKey(it.key()), toVariant(*it));
     }
-    m_settings->sync();
-    if (m_settings->status() == QSettings::NoError)
+    stored->sync();
+    if (stored->status() == QSettings::NoError)
         return std::nullopt;
     return u"no se puede escribir en las preferencias"_s;
+}
+
+/// The settings, opened anew after a failure: an object that failed once says so for ever.
+QSettings *SettingsPreferenceBackend::settings()
+{
+    if (!m_settings || m_settings->status() != QSettings::NoError)
+        m_settings = m_openSettings();
+    return m_settings.get();
 }

@@ -17,11 +17,13 @@ public:
     /// `openSettings` is called on the thread that makes all other calls.
     explicit SettingsPreferenceBackend(OpenSettings openSettings);
 
-    QHash<QString, PreferenceValue> load() override;
-    std::optional<QByteArray> data(const QString &key) override;
+    std::variant<Scalars, PreferenceReadError> load() override;
+    std::variant<std::optional<QByteArray>, PreferenceReadError> data(const QString &key) override;
     std::optional<QString> commit(const QHash<QString, PreferenceValue> &changes) override;
 
 private:
+    QSettings *settings();
+
     OpenSettings m_openSettings;
     std::unique_ptr<QSettings> m_settings;
 };

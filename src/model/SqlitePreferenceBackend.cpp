@@ -11,6 +11,7 @@
 #include <QVariant>
 
 #include <array>
+#include <filesystem>
 
 using namespace Qt::StringLiterals;
 
@@ -21,6 +22,9 @@ constexpr QFile::Permissions privateFolder = privateFile | QFile::ExeOwner;
 
 /// The database, and the log and its index that SQLite keeps beside it.
 const std::array fileSuffixes{QString(), u"-wal"_s, u"-shm"_s};
+
+/// Between the database's name and the time at which it was moved aside.
+const QString asideInfix = u".corrupt-"_s;
 
 /// Leaves what the owner may do as it is: a folder made read-only is meant to be.
 void withdrawFromOthers(const QString &path)
@@ -34,14 +38,34 @@ void withdrawFromOthers(const QString &path)
 
 QSqlError folderError()
 {
-    return {{}, u"no se puede escribir en la carpeta de datos"_s, QSqlError::ConnectionError};
+    return {{}, u"no se puede usar la carpeta de datos"_s, QSqlError::ConnectionError};
+}
+
+/// SQLite's own code of an error, without the upper bits that tell variants of it apart.
+int sqliteCode(const QSqlError &error)
+{
+    return error.nativeErrorCode().toInt() & 0xFF;
 }
 
 bool isMalformed(const QSqlError &error)
 {
-    // SQLITE_CORRUPT and SQLITE_NOTADB; the upper bits of a code tell variants apart.
-    const int code = error.nativeErrorCode().toInt() & 0xFF;
-    return code == 11 || code == 26;
+    constexpr int corrupt = 11;
+    constexpr int notADatabase = 26;
+    return sqliteCode(error) == corrupt || sqliteCode(error) == notADatabase;
+}
+
+bool isBusy(const QSqlError &error)
+{
+    constexpr int busy = 5;
+    return sqliteCode(error) == busy;
+}
+
+/// Whether there is certainly no such file, which a folder that cannot be looked into leaves open.
+bool isMissing(const QString &path)
+{
+    std::error_code error;
+    const auto status = std::filesystem::status(QFileInfo(path).filesystemFilePath(), error);
+    return status.type() == std::filesystem::file_type::not_found;
 }
 
 QString describe(const QSqlError &error)
@@ -71,7 +95,7 @@ SqlitePreferenceBackend::~SqlitePreferenceBackend()
     close();
 }
 
-QHash<QString, PreferenceValue> SqlitePreferenceBackend::load()
+std::variant<PreferenceBackend::Scalars, PreferenceReadError> SqlitePreferenceBackend::load()
 {
     const auto failure = readAnyhow([this]() -> Failure {
         QSqlQuery query(m_database);
@@ -79,7 +103,7 @@ QHash<QString, PreferenceValue> SqlitePreferenceBackend::load()
         if (!query.exec(u"SELECT key, value, typeof(value) FROM preferences "
                         "WHERE typeof(value) IN ('text', 'integer')"_s))
             return query.lastError();
-        QHash<QString, PreferenceValue> scalars;
+        Scalars scalars;
         while (query.next()) {
             const QVariant value = query.value(1);
             if (query.value(2) == u"text"_s)
@@ -93,11 +117,12 @@ QHash<QString, PreferenceValue> SqlitePreferenceBackend::load()
         return std::nullopt;
     });
     if (failure)
-        qWarning("The preferences cannot be read: %ls", qUtf16Printable(describe(*failure)));
+        return PreferenceReadError{describe(*failure)};
     return m_scalars;
 }
 
-std::optional<QByteArray> SqlitePreferenceBackend::data(const QString &key)
+std::variant<std::optional<QByteArray>, PreferenceReadError>
+SqlitePreferenceBackend::data(const QString &key)
 {
     std::optional<QByteArray> bytes;
     const auto failure = readAnyhow([this, &key, &bytes]() -> Failure {
@@ -114,7 +139,7 @@ std::optional<QByteArray> SqlitePreferenceBackend::data(const QString &key)
         return std::nullopt;
     });
     if (failure)
-        qWarning("A preference cannot be read: %ls", qUtf16Printable(describe(*failure)));
+        return PreferenceReadError{describe(*failure)};
     return bytes;
 }
 
@@ -132,12 +157,27 @@ SqlitePreferenceBackend::commit(const QHash<QString, PreferenceValue> &changes)
     return std::nullopt;
 }
 
-/// Does `operation`, which only reads, even where nothing can be written.
+std::optional<QString> SqlitePreferenceBackend::deleteDamaged()
+{
+    const QFileInfo file(m_path);
+    QDir folder = file.dir();
+    const QStringList names = folder.entryList({file.fileName() + asideInfix + u'*'}, QDir::Files);
+    for (const QString &name : names) {
+        if (!folder.remove(name))
+            return u"no se pueden borrar los datos dañados"_s;
+    }
+    return std::nullopt;
+}
+
+/// Does `operation`, which only reads, even where nothing can be written, and succeeds without it
+/// where there is no database.
 SqlitePreferenceBackend::Failure SqlitePreferenceBackend::readAnyhow(const Operation &operation)
 {
     const Failure failure = attempt(operation);
-    // A log with content would be left out of what such a connection sees.
-    if (!failure || !QFileInfo::exists(m_path) || QFileInfo(m_path + u"-wal"_s).size() > 0)
+    if (!failure || isMissing(m_path))
+        return std::nullopt;
+    // Such a connection sees neither what is in the log nor what another program is changing.
+    if (isBusy(*failure) || QFileInfo(m_path + u"-wal"_s).size() > 0)
         return failure;
     QUrl url = QUrl::fromLocalFile(m_path);
     url.setQuery(u"immutable=1"_s);
@@ -281,7 +321,7 @@ void SqlitePreferenceBackend::close()
 bool SqlitePreferenceBackend::moveAside()
 {
     close();
-    const QString target = m_path + u".corrupt-"_s
+    const QString target = m_path + asideInfix
         + QDateTime::currentDateTimeUtc().toString(u"yyyyMMdd'T'HHmmsszzz'Z'"_s);
     if (!QFile::rename(m_path, target))
         return false;

@@ -15,7 +15,8 @@
 /// What a commit replaced or removed leaves no trace: freed pages are overwritten, and the log is
 /// folded into the database and emptied before the commit returns.
 ///
-/// A file that SQLite calls malformed is moved aside as `<file>.corrupt-<time>`, never overwritten.
+/// A file that SQLite calls malformed is moved aside as `<file>.corrupt-<time>`, never overwritten,
+/// and kept until its owner clears the history: then nothing of it may stay, nor in such a file.
 /// The database that takes the place of a moved or vanished one begins with the strings and
 /// booleans known so far.
 class SqlitePreferenceBackend : public PreferenceBackend
@@ -25,9 +26,10 @@ public:
     explicit SqlitePreferenceBackend(const QString &path);
     ~SqlitePreferenceBackend() override;
 
-    QHash<QString, PreferenceValue> load() override;
-    std::optional<QByteArray> data(const QString &key) override;
+    std::variant<Scalars, PreferenceReadError> load() override;
+    std::variant<std::optional<QByteArray>, PreferenceReadError> data(const QString &key) override;
     std::optional<QString> commit(const QHash<QString, PreferenceValue> &changes) override;
+    std::optional<QString> deleteDamaged() override;
 
 private:
     /// What went wrong; nothing when all is well.
@@ -47,6 +49,6 @@ private:
     QString m_path;
     QString m_connectionName;
     QSqlDatabase m_database;
-    QHash<QString, PreferenceValue> m_scalars;
+    Scalars m_scalars;
     bool m_isLogEmpty = false;
 };

@@ -47,6 +47,9 @@ private Q_SLOTS:
     void removes();
     void aFailedSaveIsOneLine();
     void aFailureAtTheEndIsOneLine();
+    void aDocumentOutOfReachIsOneLineAndKept();
+    void aDocumentOutOfReachCanBeCleared();
+    void aCorruptDocumentOutOfReachIsReplaced();
 
 private:
     std::unique_ptr<PreferenceStore> openStore() const
@@ -239,6 +242,68 @@ void HistoryStoreTest::aFailureAtTheEndIsOneLine()
         HistoryStore(store.get()).save(someConversations());
     }
     QCOMPARE(output.text(), "Error guardando historial: lleno\n");
+}
+
+void HistoryStoreTest::aDocumentOutOfReachIsOneLineAndKept()
+{
+    const QList<Conversation> stored = someConversations();
+    m_memory->setValue(HistoryStore::historyKey, encodeConversations(stored));
+    m_memory->setReadFailure(u"sin permiso"_s);
+    const Conversation untouched{QUuid::createUuid(), defaultConversationTitle, {}};
+    const Conversation begun{QUuid::createUuid(), u"¿Y ahora?"_s, stored.first().messages};
+    {
+        StandardOutputCapture output;
+        const auto store = openStore();
+        HistoryStore historyStore(store.get());
+        QCOMPARE(historyStore.load(), QList<Conversation>());
+        QCOMPARE(output.text(), "Error cargando historial: sin permiso\n");
+        historyStore.save({untouched});
+        QVERIFY(!store->flush());
+        QVERIFY(!store->flush());
+        QCOMPARE(output.text(),
+                 "Error cargando historial: sin permiso\nError guardando historial: sin permiso\n");
+        QCOMPARE(m_memory->value(HistoryStore::historyKey),
+                 PreferenceValue(encodeConversations(stored)));
+
+        m_memory->setReadFailure(std::nullopt);
+        QVERIFY(store->flush());
+        QCOMPARE(m_memory->value(HistoryStore::historyKey),
+                 PreferenceValue(encodeConversations(stored)));
+        historyStore.save({untouched, begun});
+    }
+    const auto store = openStore();
+    QCOMPARE(HistoryStore(store.get()).load(), QList<Conversation>{begun} + stored);
+}
+
+void HistoryStoreTest::aDocumentOutOfReachCanBeCleared()
+{
+    m_memory->setValue(HistoryStore::historyKey, encodeConversations(someConversations()));
+    m_memory->setReadFailure(u"sin permiso"_s);
+    const QList<Conversation> fresh{{QUuid::createUuid(), defaultConversationTitle, {}}};
+    StandardOutputCapture output;
+    const auto store = openStore();
+    HistoryStore historyStore(store.get());
+    QCOMPARE(historyStore.load(), QList<Conversation>());
+    historyStore.remove();
+    historyStore.save(fresh);
+    m_memory->setReadFailure(std::nullopt);
+    QVERIFY(store->flush());
+    QCOMPARE(m_memory->value(HistoryStore::historyKey),
+             PreferenceValue(encodeConversations(fresh)));
+}
+
+void HistoryStoreTest::aCorruptDocumentOutOfReachIsReplaced()
+{
+    m_memory->setValue(HistoryStore::historyKey, QByteArray("[{]"));
+    m_memory->setReadFailure(u"sin permiso"_s);
+    StandardOutputCapture output;
+    const auto store = openStore();
+    HistoryStore historyStore(store.get());
+    QCOMPARE(historyStore.load(), QList<Conversation>());
+    historyStore.save(someConversations());
+    m_memory->setReadFailure(std::nullopt);
+    QVERIFY(store->flush());
+    QCOMPARE(historyStore.load().size(), 2);
 }
 
 QTEST_GUILESS_MAIN(HistoryStoreTest)

@@ -20,6 +20,7 @@ private Q_SLOTS:
     void usesWhatIsStored_data();
     void usesWhatIsStored();
     void replacesWhatIsNoText();
+    void keepsWhatCannotBeRead();
 
 private:
     std::unique_ptr<PreferenceStore> openStore() const
@@ -82,6 +83,22 @@ void InstallationIdentityTest::replacesWhatIsNoText()
     m_memory->setValue(InstallationIdentity::userIdKey, true);
     const auto store = openStore();
     QVERIFY(InstallationIdentity(store.get()).installationUserId().startsWith(u"aulora-"_s));
+}
+
+void InstallationIdentityTest::keepsWhatCannotBeRead()
+{
+    m_memory->setValue(InstallationIdentity::userIdKey, u"aulora-1"_s);
+    m_memory->setReadFailure(u"sin permiso"_s);
+    {
+        const auto store = openStore();
+        const InstallationIdentity identity(store.get());
+        const QString meanwhile = identity.installationUserId();
+        QVERIFY(meanwhile.startsWith(u"aulora-"_s));
+        QCOMPARE(identity.installationUserId(), meanwhile);
+        m_memory->setReadFailure(std::nullopt);
+    }
+    const auto store = openStore();
+    QCOMPARE(InstallationIdentity(store.get()).installationUserId(), u"aulora-1"_s);
 }
 
 QTEST_GUILESS_MAIN(InstallationIdentityTest)

@@ -21,6 +21,19 @@ public:
         m_failure = failure;
     }
 
+    /// Every read fails while this is set.
+    void setReadFailure(const std::optional<QString> &failure)
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_readFailure = failure;
+    }
+
+    std::optional<QString> readFailure()
+    {
+        const std::scoped_lock lock(m_mutex);
+        return m_readFailure;
+    }
+
     PreferenceValue value(const QString &key)
     {
         const std::scoped_lock lock(m_mutex);
@@ -66,6 +79,7 @@ private:
     QHash<QString, PreferenceValue> m_values;
     QList<std::chrono::steady_clock::time_point> m_attempts;
     std::optional<QString> m_failure;
+    std::optional<QString> m_readFailure;
 };
 
 /// Preferences that last as long as the test's PreferenceMemory.
@@ -76,16 +90,20 @@ public:
         : m_memory(std::move(memory))
     { }
 
-    QHash<QString, PreferenceValue> load() override
+    std::variant<Scalars, PreferenceReadError> load() override
     {
-        QHash<QString, PreferenceValue> scalars = m_memory->values();
+        if (const auto failure = m_memory->readFailure())
+            return PreferenceReadError{*failure};
+        Scalars scalars = m_memory->values();
         scalars.removeIf(
             [](const auto &entry) { return std::holds_alternative<QByteArray>(entry.value()); });
         return scalars;
     }
 
-    std::optional<QByteArray> data(const QString &key) override
+    std::variant<std::optional<QByteArray>, PreferenceReadError> data(const QString &key) override
     {
+        if (const auto failure = m_memory->readFailure())
+            return PreferenceReadError{*failure};
         const PreferenceValue value = m_memory->value(key);
         const auto *bytes = std::get_if<QByteArray>(&value);
         return bytes ? std::optional(*bytes) : std::nullopt;

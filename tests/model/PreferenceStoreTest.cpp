@@ -45,8 +45,9 @@ std::unique_ptr<PreferenceBackend> makeSettings(const QString &folder)
 {
     static const QSettings::Format format
         = QSettings::registerFormat(u"typed"_s, readSettings, writeSettings);
-    return std::make_unique<SettingsPreferenceBackend>(
-        [folder] { return std::make_unique<QSettings>(folder + u"/preferences.typed"_s, format); });
+    return std::make_unique<SettingsPreferenceBackend>([folder] {
+        return std::make_unique<QSettings>(folder + u"/data/preferences.typed"_s, format);
+    });
 }
 
 using MakeBackend = std::unique_ptr<PreferenceBackend> (*)(const QString &folder);
@@ -75,6 +76,8 @@ private Q_SLOTS:
     void keepsLargeValues();
     void keepsManyKeys_data() { backends(); }
     void keepsManyKeys();
+    void commitsAgainAfterAFailure_data() { backends(); }
+    void commitsAgainAfterAFailure();
 
     // Over memory.
     void readsWhatIsPending();
@@ -86,6 +89,12 @@ private Q_SLOTS:
     void retriesWithTheNextChange();
     void aNewerValueWinsOverAFailedOne();
     void triesOnceMoreAtTheEnd();
+    void textsThatCannotBeReadStay();
+    void bytesThatCannotBeReadStay();
+    void bytesReadLateAreMergedWithEveryValue();
+    void bytesReadAtLastAreTheReaders();
+    void aRemovalNeedNotReadFirst();
+    void whatIsNeverReadStaysAtTheEnd();
 
 private:
     static void backends();
@@ -234,6 +243,31 @@ void PreferenceStoreTest::keepsManyKeys()
     const PreferenceStore store(makeBackend(folder.path()));
     for (int i = 0; i < 500; ++i)
         QCOMPARE(store.string(u"key.%1"_s.arg(i)), QString::number(i));
+}
+
+void PreferenceStoreTest::commitsAgainAfterAFailure()
+{
+    QFETCH(MakeBackend, makeBackend);
+    const QTemporaryDir folder;
+    QFile obstacle(folder.filePath(u"data"_s));
+    QVERIFY(obstacle.open(QFile::WriteOnly));
+    obstacle.close();
+    {
+        PreferenceStore store(makeBackend(folder.path()));
+        const QSignalSpy failures(&store, &PreferenceStore::commitFailed);
+        QCOMPARE(store.data(u"bytes"_s), std::nullopt);
+        store.setData(u"bytes"_s, constant("1"));
+        store.setString(u"text"_s, u"1"_s);
+        QVERIFY(!store.flush());
+        QVERIFY(!store.flush());
+        QCOMPARE(failures.size(), 1);
+        QVERIFY(obstacle.remove());
+        QVERIFY(store.flush());
+        QCOMPARE(failures.size(), 1);
+    }
+    const PreferenceStore store(makeBackend(folder.path()));
+    QCOMPARE(store.data(u"bytes"_s), "1");
+    QCOMPARE(store.string(u"text"_s), u"1"_s);
 }
 
 void PreferenceStoreTest::readsWhatIsPending()
@@ -410,6 +444,136 @@ void PreferenceStoreTest::triesOnceMoreAtTheEnd()
         store.setString(u"text"_s, u"2"_s);
     }
     QCOMPARE(memory->value(u"text"_s), PreferenceValue(u"1"_s));
+}
+
+void PreferenceStoreTest::textsThatCannotBeReadStay()
+{
+    const auto memory = std::make_shared<PreferenceMemory>();
+    memory->setValue(u"identifier"_s, u"stored"_s);
+    memory->setValue(u"flag"_s, false);
+    memory->setReadFailure(u"no permission"_s);
+    PreferenceStore store(std::make_unique<MemoryPreferenceBackend>(memory));
+    const QSignalSpy failures(&store, &PreferenceStore::commitFailed);
+    QCOMPARE(store.string(u"identifier"_s), std::nullopt);
+    QCOMPARE(store.readFailure(), u"no permission"_s);
+    store.setString(u"identifier"_s, u"made anew"_s);
+    store.setBoolean(u"flag"_s, true);
+    store.setString(u"other"_s, u"set"_s);
+    QCOMPARE(store.string(u"identifier"_s), u"made anew"_s);
+    QVERIFY(!store.flush());
+    QCOMPARE(failures.size(), 1);
+    QCOMPARE(failures.first().first(), u"no permission"_s);
+    QCOMPARE(memory->attempts().size(), 0);
+
+    // A commit that fails once all is read forgets nothing of that.
+    memory->setReadFailure(std::nullopt);
+    memory->setFailure(u"full"_s);
+    QVERIFY(!store.flush());
+    memory->setFailure(std::nullopt);
+    QVERIFY(store.flush());
+    QCOMPARE(store.readFailure(), std::nullopt);
+    QCOMPARE(memory->value(u"identifier"_s), PreferenceValue(u"stored"_s));
+    QCOMPARE(memory->value(u"flag"_s), PreferenceValue(false));
+    QCOMPARE(memory->value(u"other"_s), PreferenceValue(u"set"_s));
+
+    store.setBoolean(u"flag"_s, true);
+    QVERIFY(store.flush());
+    QCOMPARE(memory->value(u"flag"_s), PreferenceValue(true));
+}
+
+void PreferenceStoreTest::bytesThatCannotBeReadStay()
+{
+    const auto memory = std::make_shared<PreferenceMemory>();
+    PreferenceStore store(std::make_unique<MemoryPreferenceBackend>(memory));
+    QVERIFY(store.flush());
+    QCOMPARE(store.string(u"text"_s), std::nullopt);
+    memory->setValue(u"bytes"_s, QByteArray("stored"));
+    memory->setReadFailure(u"busy"_s);
+    QCOMPARE(store.data(u"bytes"_s), std::nullopt);
+    QCOMPARE(store.data(u"none"_s), std::nullopt);
+    QCOMPARE(store.readFailure(), u"busy"_s);
+    store.setData(u"bytes"_s, constant("begun"));
+    store.setData(u"none"_s, constant("begun"));
+    QVERIFY(!store.flush());
+    QCOMPARE(memory->value(u"bytes"_s), PreferenceValue(QByteArray("stored")));
+
+    memory->setReadFailure(std::nullopt);
+    QVERIFY(store.flush());
+    QCOMPARE(memory->value(u"bytes"_s), PreferenceValue(QByteArray("stored")));
+    QCOMPARE(memory->value(u"none"_s), PreferenceValue(QByteArray("begun")));
+}
+
+void PreferenceStoreTest::bytesReadLateAreMergedWithEveryValue()
+{
+    const auto memory = std::make_shared<PreferenceMemory>();
+    memory->setValue(u"bytes"_s, QByteArray("stored"));
+    memory->setReadFailure(u"busy"_s);
+    PreferenceStore store(std::make_unique<MemoryPreferenceBackend>(memory));
+    store.setMerge(u"bytes"_s, [](const QByteArray &set, const QByteArray &stored) {
+        return set + '+' + stored;
+    });
+    QCOMPARE(store.data(u"bytes"_s), std::nullopt);
+    store.setData(u"bytes"_s, constant("one"));
+    QVERIFY(!store.flush());
+    memory->setReadFailure(std::nullopt);
+    for (const QByteArray &set : {QByteArray("two"), QByteArray("three")}) {
+        store.setData(u"bytes"_s, constant(set));
+        QVERIFY(store.flush());
+        QCOMPARE(memory->value(u"bytes"_s), PreferenceValue(set + "+stored"));
+    }
+    store.remove(u"bytes"_s);
+    store.setData(u"bytes"_s, constant("alone"));
+    QVERIFY(store.flush());
+    QCOMPARE(memory->value(u"bytes"_s), PreferenceValue(QByteArray("alone")));
+}
+
+void PreferenceStoreTest::bytesReadAtLastAreTheReaders()
+{
+    const auto memory = std::make_shared<PreferenceMemory>();
+    memory->setValue(u"bytes"_s, QByteArray("stored"));
+    memory->setValue(u"flag"_s, false);
+    memory->setReadFailure(u"busy"_s);
+    PreferenceStore store(std::make_unique<MemoryPreferenceBackend>(memory));
+    QCOMPARE(store.boolean(u"flag"_s), std::nullopt);
+    QCOMPARE(store.data(u"bytes"_s), std::nullopt);
+    memory->setReadFailure(std::nullopt);
+    QCOMPARE(store.data(u"bytes"_s), "stored");
+    store.setData(u"bytes"_s, constant("changed"));
+    QVERIFY(store.flush());
+    QCOMPARE(memory->value(u"bytes"_s), PreferenceValue(QByteArray("changed")));
+    store.setBoolean(u"flag"_s, true);
+    QVERIFY(store.flush());
+    QCOMPARE(memory->value(u"flag"_s), PreferenceValue(true));
+}
+
+void PreferenceStoreTest::aRemovalNeedNotReadFirst()
+{
+    const auto memory = std::make_shared<PreferenceMemory>();
+    memory->setValue(u"bytes"_s, QByteArray("stored"));
+    memory->setReadFailure(u"busy"_s);
+    PreferenceStore store(std::make_unique<MemoryPreferenceBackend>(memory));
+    QCOMPARE(store.data(u"bytes"_s), std::nullopt);
+    store.setData(u"bytes"_s, constant("begun"));
+    QVERIFY(!store.flush());
+    store.remove(u"bytes"_s);
+    store.setData(u"bytes"_s, constant("fresh"));
+    QVERIFY(!store.flush());
+    memory->setReadFailure(std::nullopt);
+    QVERIFY(store.flush());
+    QCOMPARE(memory->value(u"bytes"_s), PreferenceValue(QByteArray("fresh")));
+}
+
+void PreferenceStoreTest::whatIsNeverReadStaysAtTheEnd()
+{
+    const auto memory = std::make_shared<PreferenceMemory>();
+    memory->setValue(u"bytes"_s, QByteArray("stored"));
+    memory->setReadFailure(u"busy"_s);
+    {
+        PreferenceStore store(std::make_unique<MemoryPreferenceBackend>(memory));
+        QCOMPARE(store.data(u"bytes"_s), std::nullopt);
+        store.setData(u"bytes"_s, constant("begun"));
+    }
+    QCOMPARE(memory->value(u"bytes"_s), PreferenceValue(QByteArray("stored")));
 }
 
 QTEST_GUILESS_MAIN(PreferenceStoreTest)

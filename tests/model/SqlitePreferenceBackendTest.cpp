@@ -15,11 +15,14 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <atomic>
+#include <cerrno>
 #include <csignal>
 #include <functional>
 #include <memory>
 #include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -131,7 +134,76 @@ private:
     rlimit m_original = {};
 };
 
+/// Gives a file or folder another mode while it lives.
+class Mode
+{
+public:
+    Mode(const QString &path, mode_t mode)
+        : m_path(path.toLocal8Bit())
+    {
+        struct stat status = {};
+        if (stat(m_path.constData(), &status) != 0 || chmod(m_path.constData(), mode) != 0)
+            qFatal("The mode of %s cannot be changed", m_path.constData());
+        m_original = status.st_mode;
+    }
+    ~Mode() { chmod(m_path.constData(), m_original); }
+    Mode(const Mode &) = delete;
+    Mode &operator=(const Mode &) = delete;
+
+private:
+    QByteArray m_path;
+    mode_t m_original = 0;
+};
+
+/// Lets no read of a file at an offset succeed while it lives; SQLite makes only such reads.
+class BrokenDisk
+{
+public:
+    BrokenDisk() { isBroken = true; }
+    ~BrokenDisk() { isBroken = false; }
+    BrokenDisk(const BrokenDisk &) = delete;
+    BrokenDisk &operator=(const BrokenDisk &) = delete;
+
+    inline static std::atomic<bool> isBroken = false;
+};
+
+/// Another program that holds the database for itself, with a commit still in its log.
+class Holder
+{
+public:
+    explicit Holder(const QString &path)
+    {
+        QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"holder"_s);
+        database.setDatabaseName(path);
+        if (!database.open())
+            qFatal("The database cannot be held");
+        for (const QString &statement :
+             {u"PRAGMA locking_mode=EXCLUSIVE"_s,
+              u"INSERT INTO preferences VALUES('holder', 'was here')"_s}) {
+            QSqlQuery query(database);
+            if (!query.exec(statement))
+                qFatal("%s", qPrintable(query.lastError().text()));
+        }
+    }
+    ~Holder()
+    {
+        QSqlDatabase::database(u"holder"_s).close();
+        QSqlDatabase::removeDatabase(u"holder"_s);
+    }
+    Holder(const Holder &) = delete;
+    Holder &operator=(const Holder &) = delete;
+};
+
 } // namespace
+
+/// Takes the place of the C library's function for SQLite too.
+extern "C" ssize_t pread64(int file, void *buffer, size_t size, off64_t offset)
+{
+    if (!BrokenDisk::isBroken)
+        return syscall(SYS_pread64, file, buffer, size, offset);
+    errno = EIO;
+    return -1;
+}
 
 class SqlitePreferenceBackendTest : public QObject
 {
@@ -161,6 +233,7 @@ private Q_SLOTS:
     void movesAMalformedFileAside_data();
     void movesAMalformedFileAside();
     void movesALaterDamageAside();
+    void keepsAMovedFileUntilTheHistoryIsCleared();
     void keepsStringsWhenTheFileVanishes();
     void readsAfterAKilledProgram();
 
@@ -169,6 +242,8 @@ private Q_SLOTS:
     void survivesAFullDisk();
     void survivesAReadOnlyFolder();
     void survivesAReaderThatHoldsOn();
+    void keepsWhatItCannotRead_data();
+    void keepsWhatItCannotRead();
 
 private:
     QStringList filesAside() const
@@ -391,6 +466,38 @@ void SqlitePreferenceBackendTest::movesALaterDamageAside()
     QCOMPARE(next->data(u"history"_s), "[]");
 }
 
+void SqlitePreferenceBackendTest::keepsAMovedFileUntilTheHistoryIsCleared()
+{
+    const QByteArray secret = randomBytes(16);
+    {
+        const auto store = openStore(m_path);
+        store->setData(u"history"_s, constant(secret.repeated(1'000)));
+    }
+    overwrite(m_path, 0, randomBytes(100));
+    {
+        const auto store = openStore(m_path);
+        QCOMPARE(store->data(u"history"_s), std::nullopt);
+        store->setData(u"history"_s, constant("[]"));
+        QVERIFY(store->flush());
+    }
+    QVERIFY(QFile::copy(m_path, m_data + u'/' + filesAside().first() + u"-wal"_s));
+    const auto store = openStore(m_path);
+    store->setData(u"history"_s, constant("[1]"));
+    QVERIFY(store->flush());
+    QCOMPARE(filesAside().size(), 2);
+    QVERIFY(contents(m_data + u'/' + filesAside().first()).contains(secret));
+
+    // One commit for both, as clearing the history makes it.
+    const QString other = m_data + u"/other.sqlite.corrupt-1"_s;
+    QVERIFY(QFile::copy(m_path, other));
+    store->remove(u"history"_s);
+    store->setData(u"history"_s, constant("[]"));
+    QVERIFY(store->flush());
+    QCOMPARE(filesAside(), QStringList());
+    QVERIFY(QFile::exists(other));
+    QCOMPARE(store->data(u"history"_s), "[]");
+}
+
 void SqlitePreferenceBackendTest::keepsStringsWhenTheFileVanishes()
 {
     const auto store = openStore(m_path);
@@ -541,6 +648,55 @@ void SqlitePreferenceBackendTest::survivesAReaderThatHoldsOn()
     QVERIFY(store->flush());
     QCOMPARE(contents(m_path + u"-wal"_s), "");
     QCOMPARE(openStore(m_path)->data(u"history"_s), "second");
+}
+
+void SqlitePreferenceBackendTest::keepsWhatItCannotRead_data()
+{
+    using Fault = std::function<std::shared_ptr<void>(const QString &path)>;
+    QTest::addColumn<Fault>("fault");
+    QTest::newRow("file without rights")
+        << Fault([](const QString &path) { return std::make_shared<Mode>(path, 0); });
+    QTest::newRow("folder without rights") << Fault(
+        [](const QString &path) { return std::make_shared<Mode>(QFileInfo(path).path(), 0); });
+    QTest::newRow("held by another program")
+        << Fault([](const QString &path) { return std::make_shared<Holder>(path); });
+    QTest::newRow("disk that cannot be read")
+        << Fault([](const QString &) { return std::make_shared<BrokenDisk>(); });
+}
+
+void SqlitePreferenceBackendTest::keepsWhatItCannotRead()
+{
+    QFETCH(std::function<std::shared_ptr<void>(const QString &path)>, fault);
+    const OrdinaryUser user(m_folder->path());
+    QVERIFY(user.isOrdinary());
+    const QByteArray history = randomBytes(300'000);
+    {
+        const auto store = openStore(m_path);
+        store->setData(u"history"_s, constant(history));
+        store->setString(u"identifier"_s, u"aulora-1"_s);
+    }
+    {
+        std::shared_ptr<void> faulty = fault(m_path);
+        const auto store = openStore(m_path);
+        store->setMerge(u"history"_s, [](const QByteArray &set, const QByteArray &stored) {
+            return set + stored;
+        });
+        const QSignalSpy failures(store.get(), &PreferenceStore::commitFailed);
+        QCOMPARE(store->string(u"identifier"_s), std::nullopt);
+        QCOMPARE(store->data(u"history"_s), std::nullopt);
+        QVERIFY(!store->readFailure().value_or(QString()).isEmpty());
+        store->setString(u"identifier"_s, u"aulora-2"_s);
+        store->setData(u"history"_s, constant("begun"));
+        QVERIFY(!store->flush());
+        QCOMPARE(failures.size(), 1);
+        faulty.reset();
+        QVERIFY(store->flush());
+        QCOMPARE(failures.size(), 1);
+    }
+    QCOMPARE(filesAside(), QStringList());
+    const auto store = openStore(m_path);
+    QCOMPARE(store->string(u"identifier"_s), u"aulora-1"_s);
+    QCOMPARE(store->data(u"history"_s), "begun" + history);
 }
 
 QTEST_GUILESS_MAIN(SqlitePreferenceBackendTest)
