@@ -17,6 +17,8 @@ int main(int argc, char *argv[])
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
     QQuickStyle::setStyle(u"Basic"_s);
     const QGuiApplication application(argc, argv);
+    // Where an installed program has its plugins; one that was only built has them beside it.
+    QGuiApplication::addLibraryPath(QGuiApplication::applicationDirPath() + u"/../lib/aulora-ia"_s);
 
     SingleInstance instance(userDataFolder());
     if (!instance.isFirst()) {

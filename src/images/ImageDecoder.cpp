@@ -15,11 +15,6 @@
 #include <cstdlib>
 #include <limits>
 
-#ifdef AULORA_HEIF_PLUGIN
-#include <QtPlugin>
-Q_IMPORT_PLUGIN(HeifPlugin)
-#endif
-
 namespace {
 
 /// `size` reduced by one factor until its longest side is `longestSide`.
