@@ -2,9 +2,11 @@
 #include "SingleInstance.h"
 #include "UserPreferenceStore.h"
 
+#include <QFontDatabase>
 #include <QGuiApplication>
 #include <QQuickStyle>
 #include <QQuickWindow>
+#include <QThreadPool>
 
 using namespace Qt::StringLiterals;
 
@@ -25,6 +27,10 @@ int main(int argc, char *argv[])
         instance.raiseFirst();
         return 0;
     }
+
+    // The list of the machine's fonts takes long to read for the first time, and the first text
+    // waits for it: it is read while the window is being made.
+    QThreadPool::globalInstance()->start([] { QFontDatabase::families(); });
 
     MyApp myApp(makeUserPreferenceStore());
     QObject::connect(&instance, &SingleInstance::raiseRequested, &myApp, &MyApp::raiseWindow);
