@@ -9,11 +9,11 @@ import Aulora.Theme
 Item {
     id: message
 
-    required property string text
+    property alias text: reply.text
     required property real textScale
     required property bool nearViewport
 
-    readonly property bool isTyping: text === ""
+    readonly property bool isTyping: reply.isEmpty
     readonly property real avatarSize: 31
     readonly property real headerHeight: reply.lineHeight(11 * textScale, Font.DemiBold)
     readonly property real typingHeight: Math.max(12, reply.lineHeight(10 * textScale, Font.Normal))
@@ -34,7 +34,6 @@ Item {
         height: implicitHeight
         visible: !message.isTyping
         wrapWidth: width
-        text: message.text
         textScale: message.textScale
         color: Theme.primary
         dotColor: Theme.accent

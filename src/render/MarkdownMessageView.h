@@ -19,6 +19,7 @@ class MarkdownMessageView : public SelectableText
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(QString text READ text WRITE setText NOTIFY textChanged)
+    Q_PROPERTY(bool isEmpty READ isEmpty NOTIFY textChanged)
     Q_PROPERTY(double textScale READ textScale WRITE setTextScale NOTIFY textScaleChanged)
     Q_PROPERTY(QColor dotColor READ dotColor WRITE setDotColor NOTIFY colorsChanged)
 
@@ -30,6 +31,7 @@ public:
 
     QString text() const { return m_text; }
     void setText(const QString &text);
+    bool isEmpty() const { return m_text.isEmpty(); }
     double textScale() const { return m_textScale; }
     void setTextScale(double scale);
     QColor dotColor() const { return colors().dot; }

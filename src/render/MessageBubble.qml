@@ -6,7 +6,6 @@ import Aulora.Render
 MessageSlot {
     id: bubble
 
-    required property string messageText
     required property bool isUser
     required property bool hasAttachmentName
     required property string attachmentName

@@ -1,5 +1,13 @@
 #include "MessageSlot.h"
 
+void MessageSlot::setMessageText(const QString &text)
+{
+    if (m_messageText == text)
+        return;
+    m_messageText = text;
+    Q_EMIT messageTextChanged();
+}
+
 void MessageSlot::setTracked(bool tracked)
 {
     if (m_isTracked == tracked)

@@ -11,12 +11,18 @@ class MessageSlot : public QQuickItem
 {
     Q_OBJECT
     QML_ELEMENT
+    Q_PROPERTY(QString messageText READ messageText WRITE setMessageText NOTIFY messageTextChanged
+                   REQUIRED)
     Q_PROPERTY(bool tracked READ isTracked WRITE setTracked NOTIFY trackedChanged)
     Q_PROPERTY(bool nearViewport READ isNearViewport NOTIFY nearViewportChanged)
 
 public:
     using QQuickItem::QQuickItem;
 
+    /// The message itself. It is here and not in QML, where a reply would be copied with every
+    /// line.
+    QString messageText() const { return m_messageText; }
+    void setMessageText(const QString &text);
     /// Whether a tracker looks after it; until that has, nothing is near.
     bool isTracked() const { return m_isTracked; }
     void setTracked(bool tracked);
@@ -26,6 +32,7 @@ public:
     void setNearBand(VerticalBand band);
 
 Q_SIGNALS:
+    void messageTextChanged();
     void trackedChanged();
     void nearViewportChanged();
     void nearBandChanged();
@@ -33,6 +40,7 @@ Q_SIGNALS:
 private:
     static constexpr double everywhere = 1e9;
 
+    QString m_messageText;
     bool m_isTracked = false;
     VerticalBand m_nearBand{-everywhere, everywhere};
 };

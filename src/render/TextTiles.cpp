@@ -25,18 +25,30 @@ int endTile(VerticalBand band)
 }
 } // namespace
 
+VerticalBand TextTiles::bandOf(int index)
+{
+    const double top = double(index) * tileHeight;
+    return {top, top + tileHeight};
+}
+
 void TextTiles::invalidate(VerticalBand band)
 {
     const VerticalBand reached{band.top - bleed, band.bottom + bleed};
     const auto end = m_tiles.lower_bound(endTile(reached));
-    for (auto tile = m_tiles.lower_bound(firstTile(reached)); tile != end; ++tile)
-        tile->second.isStale = true;
+    for (auto tile = m_tiles.lower_bound(firstTile(reached)); tile != end; ++tile) {
+        const VerticalBand whole = bandOf(tile->first);
+        VerticalBand &stale = tile->second.stale;
+        if (stale.isEmpty())
+            stale = {whole.bottom, whole.top};
+        stale = {std::max(whole.top, std::min(stale.top, reached.top)),
+                 std::min(whole.bottom, std::max(stale.bottom, reached.bottom))};
+    }
 }
 
 void TextTiles::invalidateAll()
 {
     for (auto &[index, tile] : m_tiles)
-        tile.isStale = true;
+        tile.stale = bandOf(index);
 }
 
 bool TextTiles::update(VerticalBand band, QSizeF size, double ratio, const Paint &paint)
@@ -54,22 +66,44 @@ bool TextTiles::update(VerticalBand band, QSizeF size, double ratio, const Paint
         = std::erase_if(m_tiles,
                         [&](const auto &tile) { return tile.first < first || tile.first >= end; })
         > 0;
-    const QSize pixels = (QSizeF(std::ceil(size.width()) + 2 * bleed, tileHeight) * ratio).toSize();
     for (int index = first; index < end; ++index) {
-        Tile &tile = m_tiles[index];
-        if (!tile.isStale)
+        const auto [place, isNew] = m_tiles.try_emplace(index);
+        Tile &tile = place->second;
+        if (isNew)
+            tile.stale = bandOf(index);
+        if (tile.stale.isEmpty())
             continue;
-        const double top = double(index) * tileHeight;
-        tile = {.image = QImage(pixels, QImage::Format_ARGB32_Premultiplied), .isStale = false};
-        tile.image.fill(Qt::transparent);
-        tile.image.setDevicePixelRatio(ratio);
-        QPainter painter(&tile.image);
-        painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
-        painter.translate(bleed, -top);
-        paint(painter, {top - bleed, top + tileHeight + bleed});
+        paintTile(index, tile, paint);
         differs = true;
     }
     return differs;
+}
+
+void TextTiles::paintTile(int index, Tile &tile, const Paint &paint) const
+{
+    const VerticalBand whole = bandOf(index);
+    const QSize pixels
+        = (QSizeF(std::ceil(m_size.width()) + 2 * bleed, tileHeight) * m_ratio).toSize();
+    if (tile.image.size() != pixels || tile.stale == whole) {
+        tile.image = QImage(pixels, QImage::Format_ARGB32_Premultiplied);
+        tile.image.fill(Qt::transparent);
+        tile.image.setDevicePixelRatio(m_ratio);
+    }
+    // Whole pixels: half of one would be painted twice, over itself.
+    const double top = std::floor((tile.stale.top - whole.top) * m_ratio) / m_ratio;
+    const double bottom = std::ceil((tile.stale.bottom - whole.top) * m_ratio) / m_ratio;
+    const QRectF stale(0, top, tile.image.deviceIndependentSize().width(), bottom - top);
+
+    QPainter painter(&tile.image);
+    painter.setRenderHints(QPainter::Antialiasing | QPainter::TextAntialiasing);
+    painter.setClipRect(stale);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.fillRect(stale, Qt::transparent);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter.translate(bleed, -whole.top);
+    paint(painter, {whole.top + top - bleed, whole.top + bottom + bleed});
+    tile.stale = {};
+    tile.isUploaded = false;
 }
 
 bool TextTiles::setOffset(QPointF offset)

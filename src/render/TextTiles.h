@@ -45,9 +45,12 @@ private:
     struct Tile
     {
         QImage image;
-        bool isStale = true;
+        VerticalBand stale; ///< what of the picture is to be painted anew
         bool isUploaded = false;
     };
+
+    static VerticalBand bandOf(int index);
+    void paintTile(int index, Tile &tile, const Paint &paint) const;
 
     std::map<int, Tile> m_tiles;
     QPointF m_offset;
