@@ -39,14 +39,17 @@ TextRow rowOf(const MarkdownBlock &block, double textScale)
 
 MarkdownMessageView::MarkdownMessageView(QQuickItem *parent)
     : SelectableText(rowSpacing, parent)
-{ }
+{
+    connect(&m_pace, &FramePace::due, this, &MarkdownMessageView::scheduleRows);
+}
 
 void MarkdownMessageView::setText(const QString &text)
 {
     if (m_text == text)
         return;
     m_text = text;
-    scheduleRows();
+    markRowsStale();
+    m_pace.request();
     Q_EMIT textChanged();
 }
 

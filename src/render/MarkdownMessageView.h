@@ -1,6 +1,7 @@
 #pragma once
 
 #include "BoldMarkdownText.h"
+#include "FramePace.h"
 #include "MarkdownBlock.h"
 #include "SelectableText.h"
 
@@ -13,7 +14,8 @@ std::optional<BoldMarkdownText> blockView(const MarkdownBlock &block, double tex
 /// A reply as formatted rows, one for each of its lines.
 ///
 /// When `text` grows, only its last line and what follows are parsed, laid out and painted, so a
-/// line costs the same at the end of a long reply as at its start.
+/// line costs the same at the end of a long reply as at its start. Lines that come faster than
+/// frames are shown together.
 class MarkdownMessageView : public SelectableText
 {
     Q_OBJECT
@@ -46,6 +48,7 @@ protected:
 
 private:
     QString m_text;
+    FramePace m_pace;
     double m_textScale = 1;
     /// What the rows were made from.
     QString m_shownText;

@@ -57,6 +57,8 @@ protected:
     virtual void updateRows() = 0;
     /// Has `updateRows` called before the next frame, once for all that arrives until then.
     void scheduleRows();
+    /// Has it called as soon as anything else brings a frame.
+    void markRowsStale() { m_rowsAreStale = true; }
     /// Replaces all rows from `first` on.
     void replaceRows(qsizetype first, std::vector<TextRow> rows);
 

@@ -3,6 +3,19 @@
 #include <QQuickWindow>
 #include <QTimer>
 
+#include <algorithm>
+
+BottomScroller::BottomScroller(QQuickItem *parent)
+    : QQuickItem(parent)
+{
+    m_animation.setStartValue(0.0);
+    m_animation.setEndValue(1.0);
+    m_animation.setDuration(duration);
+    m_animation.setEasingCurve(QEasingCurve::OutQuad);
+    connect(&m_animation, &QVariantAnimation::valueChanged, this,
+            [this](const QVariant &progress) { step(progress.toDouble()); });
+}
+
 void BottomScroller::scrollToBottom()
 {
     QTimer::singleShot(delay, Qt::PreciseTimer, this, &BottomScroller::awaitLayout);
@@ -15,12 +28,28 @@ void BottomScroller::awaitLayout()
     m_awaitedWindow = window();
     connect(m_awaitedWindow, &QQuickWindow::afterAnimating, this,
             &BottomScroller::layoutIsFinished);
-    m_awaitedWindow->update();
+    if (m_animation.state() != QAbstractAnimation::Running)
+        m_awaitedWindow->update();
 }
 
 void BottomScroller::layoutIsFinished()
 {
     m_awaitedWindow->disconnect(this);
     m_awaitedWindow.clear();
-    Q_EMIT scrollDue();
+    if (!m_flickable || !m_end)
+        return;
+    m_from = m_flickable->property("contentY").toDouble();
+    m_to = std::max(0.0, m_end->y() + m_end->height() - m_flickable->height());
+    if (m_animation.state() == QAbstractAnimation::Running)
+        m_animation.setCurrentTime(0);
+    else
+        m_animation.start();
+}
+
+void BottomScroller::step(double progress)
+{
+    if (m_flickable)
+        m_flickable->setProperty("contentY", m_from + (m_to - m_from) * progress);
+    if (m_awaitedWindow)
+        m_awaitedWindow->update();
 }

@@ -2,35 +2,45 @@
 
 #include <QPointer>
 #include <QQuickItem>
+#include <QVariantAnimation>
 #include <QtQml/qqmlregistration.h>
 
 class QQuickWindow;
 
-/// Tells when a list has to scroll to its end after it has changed.
+/// Scrolls a list to its end after it has changed.
 ///
 /// Every change schedules a task of its own, a moment later, and none is dropped. Tasks that are
 /// due within one frame would start the same scroll from the same place, so it is started once, and
-/// in a frame whose layout is finished, when the end of the list is known.
+/// in a frame whose layout is finished, when the end of the list is known. A scroll under way moves
+/// in the frames of the toolkit's animations; those that are due meanwhile wait for the next one.
 class BottomScroller : public QQuickItem
 {
     Q_OBJECT
     QML_ELEMENT
+    /// What scrolls: an item with a `contentY`.
+    Q_PROPERTY(QQuickItem *flickable MEMBER m_flickable REQUIRED)
+    /// The last item in it, whose bottom edge comes to the flickable's.
+    Q_PROPERTY(QQuickItem *end MEMBER m_end REQUIRED)
 
 public:
     /// Milliseconds from a change to its scroll.
     static constexpr int delay = 60;
+    /// Milliseconds that a scroll takes.
+    static constexpr int duration = 180;
 
-    using QQuickItem::QQuickItem;
+    explicit BottomScroller(QQuickItem *parent = nullptr);
 
     Q_INVOKABLE void scrollToBottom();
-
-Q_SIGNALS:
-    /// The time to start the scroll; all sizes and positions are those about to be shown.
-    void scrollDue();
 
 private:
     void awaitLayout();
     void layoutIsFinished();
+    void step(double progress);
 
+    QPointer<QQuickItem> m_flickable;
+    QPointer<QQuickItem> m_end;
     QPointer<QQuickWindow> m_awaitedWindow;
+    QVariantAnimation m_animation{this}; ///< from 0 to 1
+    double m_from = 0;
+    double m_to = 0;
 };

@@ -118,19 +118,8 @@ ScrollPane {
     BottomScroller {
         id: scroller
 
-        onScrollDue: {
-            following.to = Math.max(0, bottom.y + bottom.height - pane.height);
-            following.restart();
-        }
-    }
-
-    NumberAnimation {
-        id: following
-
-        target: pane
-        property: "contentY"
-        duration: 180
-        easing.type: Easing.OutQuad
+        flickable: pane
+        end: bottom
     }
 
     Announcement {

@@ -1,0 +1,153 @@
+#include "BottomScroller.h"
+
+#include <QElapsedTimer>
+#include <QQuickWindow>
+#include <QTest>
+
+#include <memory>
+#include <utility>
+
+namespace {
+
+/// A pane of 100 points and the last item of what it scrolls, 1 point high.
+struct Scene
+{
+    Scene()
+    {
+        pane.setParentItem(window.contentItem());
+        pane.setHeight(100);
+        pane.setProperty("contentY", 0.0);
+        end.setParentItem(&pane);
+        end.setHeight(1);
+        scroller.setParentItem(window.contentItem());
+        scroller.setProperty("flickable", QVariant::fromValue(&pane));
+        scroller.setProperty("end", QVariant::fromValue(&end));
+        window.resize(100, 100);
+        window.show();
+    }
+
+    double contentY() const { return pane.property("contentY").toDouble(); }
+
+    QQuickWindow window;
+    QQuickItem pane;
+    QQuickItem end;
+    BottomScroller scroller;
+};
+
+} // namespace
+
+class BottomScrollerTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void bringsTheEndToTheBottom()
+    {
+        Scene scene;
+        QVERIFY(QTest::qWaitForWindowExposed(&scene.window));
+        scene.end.setY(499);
+        scene.scroller.scrollToBottom();
+        QTRY_COMPARE(scene.contentY(), 400.0);
+    }
+
+    void waitsBeforeItScrolls()
+    {
+        Scene scene;
+        QVERIFY(QTest::qWaitForWindowExposed(&scene.window));
+        scene.end.setY(499);
+        QElapsedTimer elapsed;
+        elapsed.start();
+        scene.scroller.scrollToBottom();
+        QCOMPARE(scene.contentY(), 0.0);
+        QTRY_VERIFY(scene.contentY() > 0);
+        QVERIFY(elapsed.elapsed() >= BottomScroller::delay);
+        QTRY_COMPARE(scene.contentY(), 400.0);
+        QVERIFY(elapsed.elapsed() >= BottomScroller::delay + BottomScroller::duration);
+    }
+
+    void slowsDownTowardsTheEnd()
+    {
+        Scene scene;
+        QVERIFY(QTest::qWaitForWindowExposed(&scene.window));
+        scene.end.setY(499);
+        scene.scroller.scrollToBottom();
+        auto *animation = scene.scroller.findChild<QVariantAnimation *>();
+        QVERIFY(animation);
+        QTRY_COMPARE(animation->state(), QAbstractAnimation::Running);
+        animation->pause();
+        animation->setCurrentTime(BottomScroller::duration / 2);
+        QCOMPARE(scene.contentY(), 300.0);
+    }
+
+    void staysAtTheTopOfWhatFits()
+    {
+        Scene scene;
+        QVERIFY(QTest::qWaitForWindowExposed(&scene.window));
+        scene.pane.setProperty("contentY", 30.0);
+        scene.end.setY(50);
+        scene.scroller.scrollToBottom();
+        QTRY_COMPARE(scene.contentY(), 0.0);
+    }
+
+    void goesWhereTheEndIsWhenItBegins()
+    {
+        Scene scene;
+        QVERIFY(QTest::qWaitForWindowExposed(&scene.window));
+        scene.scroller.scrollToBottom();
+        scene.end.setY(899);
+        QTRY_COMPARE(scene.contentY(), 800.0);
+    }
+
+    void followsEveryChangeOfABurst()
+    {
+        Scene scene;
+        QVERIFY(QTest::qWaitForWindowExposed(&scene.window));
+        for (int i = 1; i <= 40; ++i) {
+            scene.end.setY(100.0 * i - 1);
+            scene.scroller.scrollToBottom();
+            QCoreApplication::processEvents();
+        }
+        QTRY_COMPARE(scene.contentY(), 3900.0);
+    }
+
+    void startsAnewFromWhereItIs()
+    {
+        Scene scene;
+        QVERIFY(QTest::qWaitForWindowExposed(&scene.window));
+        scene.end.setY(499);
+        scene.scroller.scrollToBottom();
+        QTRY_VERIFY(scene.contentY() > 0);
+        scene.end.setY(1099);
+        scene.scroller.scrollToBottom();
+        double last = scene.contentY();
+        bool wentBack = false;
+        connect(scene.scroller.findChild<QVariantAnimation *>(), &QVariantAnimation::valueChanged,
+                this,
+                [&] { wentBack |= scene.contentY() < std::exchange(last, scene.contentY()); });
+        QTRY_COMPARE(last, 1000.0);
+        QVERIFY(!wentBack);
+    }
+
+    void outlivesWhatItScrolls()
+    {
+        QQuickWindow window;
+        BottomScroller scroller;
+        scroller.setParentItem(window.contentItem());
+        auto pane = std::make_unique<QQuickItem>();
+        QQuickItem end;
+        end.setY(1000);
+        scroller.setProperty("flickable", QVariant::fromValue(pane.get()));
+        scroller.setProperty("end", QVariant::fromValue(&end));
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        scroller.scrollToBottom();
+        auto *animation = scroller.findChild<QVariantAnimation *>();
+        QVERIFY(animation);
+        QTRY_COMPARE(animation->state(), QAbstractAnimation::Running);
+        pane.reset();
+        QTRY_COMPARE(animation->state(), QAbstractAnimation::Stopped);
+    }
+};
+
+QTEST_MAIN(BottomScrollerTest)
+#include "BottomScrollerTest.moc"
