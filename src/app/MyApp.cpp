@@ -4,6 +4,7 @@
 #include "BuildNames.h"
 
 #include <QFile>
+#include <QQmlComponent>
 #include <QQuickWindow>
 
 using namespace Qt::StringLiterals;
@@ -39,8 +40,11 @@ MyApp::MyApp(std::unique_ptr<PreferenceStore> store, QObject *parent)
 
 bool MyApp::start()
 {
-    m_contentView.loadHistory();
     m_engine.addImportPath(u":/qt/qml"_s);
+    // The toolkit's own thread reads the window's types while this one reads the history.
+    const QUrl mainWindow(u"qrc:/qt/qml/Aulora/MainWindow.qml"_s);
+    const QQmlComponent types(&m_engine, mainWindow, QQmlComponent::Asynchronous);
+    m_contentView.loadHistory();
     m_engine.setInitialProperties({
         {u"contentView"_s, QVariant::fromValue(&m_contentView)},
         {u"sendFlow"_s, QVariant::fromValue(&m_sendFlow)},
@@ -48,7 +52,7 @@ bool MyApp::start()
         {u"authorLine"_s, buildAuthorLine.toString()},
         {u"credentialsLine"_s, buildCredentialsLine.toString()},
     });
-    m_engine.load(QUrl(u"qrc:/qt/qml/Aulora/MainWindow.qml"_s));
+    m_engine.load(mainWindow);
     auto *window = qobject_cast<QQuickWindow *>(m_engine.rootObjects().value(0));
     if (!window)
         return false;
