@@ -4,7 +4,6 @@
 
 #include <QFontDatabase>
 #include <QGuiApplication>
-#include <QQuickStyle>
 #include <QQuickWindow>
 #include <QThreadPool>
 
@@ -17,7 +16,9 @@ int main(int argc, char *argv[])
     QGuiApplication::setDesktopFileName(u"ar.aulora.AuloraIA"_s);
     // The same glyphs everywhere: message text is painted, labels are scene graph nodes.
     QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
-    QQuickStyle::setStyle(u"Basic"_s);
+    // Of the toolkit's file dialog, where the desktop has none. Linking the library that has a
+    // function for it would load it at every start.
+    qputenv("QT_QUICK_CONTROLS_STYLE", "Basic");
     const QGuiApplication application(argc, argv);
     // Where an installed program has its plugins; one that was only built has them beside it.
     QGuiApplication::addLibraryPath(QGuiApplication::applicationDirPath() + u"/../lib/aulora-ia"_s);

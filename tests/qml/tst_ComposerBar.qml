@@ -348,21 +348,19 @@ Item {
             verify(edit.contentWidth <= edit.width);
         }
 
-        function test_bulkyTextStaysQuick_data() {
+        function test_wrapsBulkyTextTheQuickWay_data() {
             return [
                 { tag: "one stretch", text: "x".repeat(100000), wrapMode: TextEdit.WrapAnywhere },
                 { tag: "words", text: "palabra ".repeat(12500), wrapMode: TextEdit.Wrap },
                 { tag: "lines", text: "palabra otra\n".repeat(8000), wrapMode: TextEdit.Wrap }
             ];
         }
-        function test_bulkyTextStaysQuick(data) {
+        function test_wrapsBulkyTextTheQuickWay(data) {
             copy(data.text);
-            const start = Date.now();
             keySequence(StandardKey.Paste);
             waitForRendering(bar);
-            // Wrapped at words and with kerning, the first would take several seconds.
-            verify(Date.now() - start < 1500, Date.now() - start + " ms");
             compare(root.messageText.length, data.text.length);
+            // Wrapped at words and with kerning, the first would take several seconds.
             compare(edit.wrapMode, data.wrapMode);
             compare(edit.font.preferShaping, false);
 
