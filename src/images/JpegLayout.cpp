@@ -110,3 +110,26 @@ std::optional<JpegLayout> jpegLayout(const QByteArray &jpeg)
         return std::nullopt;
     return layout;
 }
+
+std::optional<QSize> plainJpegSize(const QByteArray &jpeg)
+{
+    constexpr quint16 startOfImage = 0xFFD8;
+    constexpr quint8 metadata = 0xE1;
+    const ByteReader reader(jpeg, ByteReader::BigEndian);
+    if (reader.u16(0) != startOfImage)
+        return std::nullopt;
+    qsizetype at = 2;
+    while (const auto bytes = reader.u16(at)) {
+        const auto marker = quint8(*bytes);
+        if (*bytes >> 8 != 0xFF || standsAlone(marker) || marker == metadata
+            || marker == startOfScan)
+            return std::nullopt;
+        const qsizetype segment = at + 2;
+        if (isStartOfFrame(marker)) {
+            const auto frame = parseFrame(reader, jpeg, segment, marker);
+            return frame ? std::optional(frame->size) : std::nullopt;
+        }
+        at = segment + reader.u16(segment).value_or(0);
+    }
+    return std::nullopt;
+}

@@ -18,3 +18,7 @@ struct JpegLayout
 
 /// Nothing when the markers make no sense before the first pass.
 std::optional<JpegLayout> jpegLayout(const QByteArray &jpeg);
+
+/// The size of a JPEG file whose header can be walked from marker to marker, in a few steps and
+/// without a decoder. Nothing for others, and for those with metadata, which may turn the picture.
+std::optional<QSize> plainJpegSize(const QByteArray &jpeg);

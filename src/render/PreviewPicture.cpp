@@ -1,59 +1,26 @@
 #include "PreviewPicture.h"
 
-#include <QBuffer>
-#include <QCoreApplication>
-#include <QImageReader>
-#include <QPointer>
+#include "BackgroundWork.h"
+#include "ImageDecoder.h"
+#include "ImageLimits.h"
+#include "JpegLayout.h"
+
 #include <QQuickWindow>
-#include <QThreadPool>
 
 #include <algorithm>
-#include <array>
+#include <cmath>
 
 namespace {
-constexpr std::array rasterFormats{"jpeg", "png", "gif", "webp", "bmp", "tiff", "heic", "heif"};
-// More than any camera's, and far more than a preview has.
-constexpr qint64 mostPixels = 120'000'000;
 
-// What reads the picture, if it is one.
-bool isReadable(QImageReader &reader)
+/// The size that the header announces, as far as a preview can have it: room is given to nothing
+/// larger before it is decoded. Screens of double density may have made it twice as large.
+QSize announcedSize(const QByteArray &bytes)
 {
-    reader.setDecideFormatFromContent(true);
-    reader.setAutoTransform(true);
-    const bool isRaster = std::ranges::any_of(
-        rasterFormats, [&](const char *format) { return reader.format() == format; });
-    const QSize size = reader.size();
-    return isRaster && !size.isEmpty() && qint64(size.width()) * size.height() <= mostPixels;
+    constexpr int largestSide = 2 * maximumPreviewSide;
+    const QSize size = plainJpegSize(bytes).value_or(QSize());
+    return std::max(size.width(), size.height()) <= largestSide ? size : QSize();
 }
 
-bool liesOnItsSide(const QImageReader &reader)
-{
-    return reader.transformation().testFlag(QImageIOHandler::TransformationRotate90);
-}
-
-QSize uprightSize(const QByteArray &bytes)
-{
-    QBuffer buffer;
-    buffer.setData(bytes);
-    QImageReader reader(&buffer);
-    if (!isReadable(reader))
-        return {};
-    return liesOnItsSide(reader) ? reader.size().transposed() : reader.size();
-}
-
-QImage decoded(const QByteArray &bytes, QSize wanted)
-{
-    QBuffer buffer;
-    buffer.setData(bytes);
-    QImageReader reader(&buffer);
-    if (!isReadable(reader))
-        return {};
-    const QSize limit = liesOnItsSide(reader) ? wanted.transposed() : wanted;
-    const QSize size = reader.size();
-    if (size.width() > limit.width() || size.height() > limit.height())
-        reader.setScaledSize(size.scaled(limit, Qt::KeepAspectRatio).expandedTo({1, 1}));
-    return reader.read();
-}
 } // namespace
 
 void PreviewPicture::setBytes(const QByteArray &bytes)
@@ -61,8 +28,9 @@ void PreviewPicture::setBytes(const QByteArray &bytes)
     if (m_bytes == bytes)
         return;
     m_bytes = bytes;
-    m_pictureSize = uprightSize(bytes);
-    m_decodedSize = {};
+    m_pictureSize = announcedSize(bytes);
+    m_requestedSide = 0;
+    ++m_request;
     setImage({});
     updateSize();
     Q_EMIT bytesChanged();
@@ -113,29 +81,27 @@ void PreviewPicture::updateSize()
 
 void PreviewPicture::decode()
 {
-    if (!m_isWanted || !isComponentComplete() || !window())
+    if (!m_isWanted || !isComponentComplete() || !window() || m_bytes.isEmpty())
         return;
+    const QSizeF shown
+        = m_pictureSize.isEmpty() ? m_maximumSize : QSizeF(implicitWidth(), implicitHeight());
     const double ratio = window()->effectiveDevicePixelRatio();
-    const QSize size = (QSizeF(implicitWidth(), implicitHeight()) * ratio).toSize();
-    if (size.isEmpty() || size == m_decodedSize)
+    const int side = int(std::ceil(std::max(shown.width(), shown.height()) * ratio));
+    if (side <= m_requestedSide)
         return;
-    m_decodedSize = size;
-    QThreadPool::globalInstance()->start(
-        [receiver = QPointer(this), request = ++m_request, bytes = m_bytes, size] {
-            const QImage image = decoded(bytes, size);
-            QMetaObject::invokeMethod(QCoreApplication::instance(), [=] {
-                if (receiver)
-                    receiver->finish(request, image);
-            });
+    m_requestedSide = side;
+    runThenFinish(
+        decodingPool(), this, [bytes = m_bytes, side] { return decodeImage(bytes, side); },
+        [this, request = ++m_request](const std::optional<QImage> &image) {
+            if (request == m_request)
+                show(image.value_or(QImage()));
         });
 }
 
-void PreviewPicture::finish(quint64 request, const QImage &image)
+void PreviewPicture::show(const QImage &image)
 {
-    if (request != m_request)
-        return;
-    if (image.isNull()) {
-        m_pictureSize = {};
+    if (m_pictureSize.isEmpty() || image.isNull()) {
+        m_pictureSize = image.size();
         updateSize();
     }
     setImage(image);

@@ -7,10 +7,10 @@
 
 /// The picture in a message's preview bytes, fitted into a size with its proportions kept.
 ///
-/// Its implicit size is known at once, from the header alone, and empty when the bytes are no
-/// picture. The pixels are decoded on another thread once they are wanted, and no more of them than
-/// are shown. Raster formats only, recognised by their content: vector formats may name other
-/// files, and those are never opened.
+/// The previews that this program keeps are plain JPEGs, whose size is in their header: the
+/// implicit size of one is known at once, without a decoder. Any other picture that decodeImage()
+/// takes gets its size when it is decoded, and what is no picture never has one. The pixels are
+/// decoded on another thread once they are wanted, and no more of them than are shown.
 class PreviewPicture : public ContinuousPicture
 {
     Q_OBJECT
@@ -43,15 +43,15 @@ protected:
 private:
     void updateSize();
     void decode();
-    void finish(quint64 request, const QImage &image);
+    void show(const QImage &image);
 
     QByteArray m_bytes;
     QSizeF m_maximumSize;
     bool m_isWanted = false;
-    /// Upright, in pixels; empty when there is no picture.
+    /// Upright, in pixels; empty when there is no picture, or none yet.
     QSize m_pictureSize;
-    /// The size in pixels that was asked for last.
-    QSize m_decodedSize;
+    /// The longest side in pixels that was asked for last; 0 for none.
+    int m_requestedSide = 0;
     /// Counts requests, so that an answer to an older one is told from the current one.
     quint64 m_request = 0;
 };
