@@ -119,7 +119,7 @@ class Program:
 
     def quit(self):
         """Closes the window as its close button does and waits for the program to end."""
-        self.desktop.press("alt+F4")
+        self.desktop.close_window(self.window)
         return self.wait()
 
     def kill(self):
@@ -233,9 +233,9 @@ class Program:
         self.wait_for_composer(text)
 
     def focused(self):
-        """The element that has the keyboard, if any."""
+        """The element that has the keyboard, if any; not what is around it."""
         return next((element for element in self.tree() if element.has("focused")
-                     and element.role not in ("application", "frame")), None)
+                     and element.role not in ("application", "frame", "dialog")), None)
 
     def confirm(self, title, answer):
         """Waits for an alert and presses one of its buttons."""

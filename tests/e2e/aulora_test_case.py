@@ -31,17 +31,20 @@ class AuloraTestCase(unittest.TestCase):
         self.addCleanup(self.assistant.close)
 
     def start(self, home=None, quiet=True, **environment):
-        """Starts the program and waits for its window; it ends with the test at the latest. Unless
-        it is not expected to be quiet, it may not have printed anything by then."""
+        """Starts the program and waits for its window. It is closed with the test at the latest,
+        whatever it is at, and has to end well. Unless it is not expected to be quiet, it may not
+        have printed anything by then."""
         program = Program(self.desktop, self.executable, home, environment)
         self.addCleanup(self._end, program, quiet)
         program.window
         return program
 
     def _end(self, program, quiet):
-        if program.process.poll() is None:
-            if not self._outcome.success:
-                program.picture(self.pictures / f"{self.id()}.png")
+        if program.process.poll() is None and not self._outcome.success:
+            program.picture(self.pictures / f"{self.id()}.png")
             program.kill()
+        if program.process.poll() is None:
+            self.addCleanup(program.kill)
+            self.assertEqual(program.quit(), 0)
         if quiet:
             self.assertEqual(program.output, "")

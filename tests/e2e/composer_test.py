@@ -65,6 +65,27 @@ class ComposerTest(AuloraTestCase):
         self.desktop.press("Return")
         self.assertEqual(self.assistant.next_request().json["message"], "dos")
 
+    def test_grows_to_five_lines_and_then_scrolls(self):
+        program = self.start()
+        program.write("1")
+        x, y, _, line_height = program.composer.rectangle
+        bottom = y + line_height
+        for count in range(1, 8):
+            if count > 1:
+                self.desktop.press("shift+Return")
+                self.desktop.type(str(count))
+            program.wait_for_composer("\n".join(str(number + 1) for number in range(count)))
+            # The last line stays where the first one was, and no more than five are seen.
+            self.wait_for_top(program, bottom - count * line_height)
+            self.desktop.press("ctrl+Home")
+            self.wait_for_top(program, bottom - min(count, 5) * line_height)
+            self.desktop.press("ctrl+End")
+
+    def wait_for_top(self, program, y):
+        """Waits until the composer's text begins there, give or take the fractions of lines."""
+        program.wait_for(lambda: abs(program.composer.rectangle[1] - y) <= 4,
+                         f"the text to begin at {y}")
+
     def test_undo(self):
         program = self.start()
         program.write("borrador")

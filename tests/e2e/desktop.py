@@ -146,6 +146,10 @@ class Desktop:
         geometry = self._geometry(window)
         return geometry["WIDTH"], geometry["HEIGHT"]
 
+    def close_window(self, window):
+        """Closes a window the way its close button does, from wherever the keyboard is."""
+        self._run("xdotool", "windowactivate", "--sync", window, "key", "--delay", "4", "alt+F4")
+
     def minimize(self, window):
         """Hides a window the way its minimise button does."""
         self._run("xdotool", "windowminimize", window)

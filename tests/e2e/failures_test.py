@@ -1,5 +1,6 @@
 """What a person reads when an exchange fails; a question is never sent twice."""
 
+import socket
 import subprocess
 import unittest
 from pathlib import Path
@@ -9,6 +10,7 @@ from recording_server import RecordingServer
 
 PREFIX = "No pude completar la respuesta de Aulora IA.\n\n"
 LOST = "Se perdió la conexión con el servicio."
+INSECURE = "No se pudo establecer una conexión segura con el servicio."
 
 
 class FailuresTest(AuloraTestCase):
@@ -60,20 +62,80 @@ class FailuresTest(AuloraTestCase):
         self.assert_notice(program, "¿hay alguien?",
                            PREFIX + "El servicio rechazó la conexión.")
 
-    def test_unknown_certificate(self):
+    def serve_with(self, host, days=30, trusted=True):
+        """Takes the assistant's place with a certificate of its own: for a host, valid so many
+        days from now, issued by whom the program trusts or by nobody."""
         self.assistant.close()
-        folder = Path(self.desktop.folder)
-        subprocess.run(["openssl", "req", "-x509", "-newkey", "ec", "-pkeyopt",
-                        "ec_paramgen_curve:prime256v1", "-noenc", "-subj", "/CN=localhost",
-                        "-addext", "subjectAltName=DNS:localhost", "-keyout", folder / "other.key",
-                        "-out", folder / "other.pem"], check=True, capture_output=True)
-        impostor = RecordingServer(self.port, folder / "other.pem", folder / "other.key")
-        self.addCleanup(impostor.close)
+        key, wish, certificate = (Path(self.desktop.folder) / f"other.{suffix}"
+                                  for suffix in ("key", "csr", "pem"))
+        issuer = (["-CA", self.certificate, "-CAkey", self.key] if trusted
+                  else ["-signkey", key])
+        for command in (
+            ["req", "-new", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-noenc",
+             "-subj", f"/CN={host}", "-addext", f"subjectAltName=DNS:{host}", "-keyout", key,
+             "-out", wish],
+            ["x509", "-req", "-in", wish, "-copy_extensions", "copy", "-days", str(days), *issuer,
+             "-out", certificate],
+        ):
+            subprocess.run(["openssl", *command], check=True, capture_output=True)
+        server = RecordingServer(self.port, certificate, key)
+        self.addCleanup(server.close)
+        return server
+
+    def test_certificates(self):
         program = self.start()
-        program.ask("secreto")
-        self.assert_notice(program, "secreto", PREFIX
-                           + "No se pudo establecer una conexión segura con el servicio.")
-        self.assertEqual(impostor.seen, [])
+        for question, certificate in {"de nadie": {"host": "localhost", "trusted": False},
+                                      "de otro": {"host": "otro.example"},
+                                      "vencido": {"host": "localhost", "days": -1}}.items():
+            with self.subTest(question):
+                impostor = self.serve_with(**certificate)
+                program.ask(question)
+                self.assert_notice(program, question, PREFIX + INSECURE)
+                self.assertEqual(impostor.seen, [])
+                impostor.close()
+        # What is wrong with them is nothing else: one as it should be is trusted.
+        assistant = self.serve_with("localhost")
+        program.ask("en regla")
+        assistant.next_request().answer("Te escucho.\n")
+        self.assert_notice(program, "en regla", "Te escucho.")
+
+    def test_no_encryption(self):
+        self.assistant.close()
+        program = self.start()
+        with socket.create_server(("localhost", self.port)) as server:
+            program.ask("a la vista")
+            connection, _ = server.accept()
+            with connection:
+                connection.sendall(b"HTTP/1.1 200 OK\r\nContent-Length: 3\r\n\r\nno\n")
+                self.assert_notice(program, "a la vista", PREFIX + INSECURE)
+
+    def test_something_else_answers(self):
+        program = self.start()
+        program.ask("¿correo?")
+        request = self.assistant.next_request()
+        request.send_raw(b"220 correo.example ESMTP\r\n")
+        self.assert_notice(program, "¿correo?",
+                           PREFIX + "La respuesta del servidor no es válida.")
+
+    def test_silence_leaves_the_rest_at_work(self):
+        program = self.start()
+        program.ask("¿seguís ahí?")
+        request = self.assistant.next_request()
+        request.begin()
+        request.write("Un mom")
+        program.wait_for_status("Procesando")
+        program.write("mientras tanto")
+        program.button("Configuración").press()
+        program.button("Cerrar configuración").press()
+        program.button("Nueva conversación").press()
+        program.wait_for_composer("")
+        program.element("list item", "¿seguís ahí?").press()
+        program.wait_for_messages("¿seguís ahí?")
+        request.write("ento.\n")
+        request.finish()
+        program.wait_for_messages("¿seguís ahí?", "Un momento.")
+        program.wait_for_status("En línea")
+        self.assertEqual(len(self.assistant.seen), 1)
 
     def test_works_again_after_a_failure(self):
         program = self.start()

@@ -58,6 +58,19 @@ class FirstRunTest(AuloraTestCase):
         again.ask("dos")
         self.assertEqual(self.assistant.next_request().json["userId"], request.json["userId"])
 
+    def test_history_that_cannot_be_read_is_said_in_one_line_and_replaced(self):
+        program = self.start()
+        self.assertEqual(program.quit(), 0)
+        program.write_store("aulora.conversations.v3", b"""[
+            {"id": "3F2504E0-4F89-11D3-9A0C-0305E82C3301", "title": "uno", "messages": []},
+            {"id": "3F2504E0-4F89-11D3-9A0C-0305E82C3302", "messages": []}]""")
+        again = self.start(program.home, quiet=False)
+        again.wait_for_conversations(("Nueva conversación", "0 mensajes", True))
+        self.assertRegex(again.output, r"\AError cargando historial: [^\n]+\n\Z")
+        self.assertEqual(again.quit(), 0)
+        self.assertEqual([conversation["title"] for conversation in again.history()],
+                         ["Nueva conversación"])
+
     def test_store_holds_typed_values(self):
         program = self.start()
         program.ask("uno")

@@ -62,10 +62,19 @@ class SettingsTest(AuloraTestCase):
 
     def test_unknown_texts_select_nothing_and_a_press_repairs(self):
         program = self.start()
+        program.ask("medida")
+        self.assistant.next_request().answer("\n".join(["- una línea"] * 10))
+        program.wait_for_status("En línea")
+        program.wait_for(lambda: len(program.messages()) == 2, "the messages")
+        height = program.elements("paragraph")[1].rectangle[3]
+        self.assertFalse(self.is_dark(program))
         self.assertEqual(program.quit(), 0)
         program.write_store("aulora.settings.appearance", "sepia")
         program.write_store("aulora.settings.textSize", "LARGE")
         again = self.start(program.home)
+        again.wait_for(lambda: len(again.messages()) == 2, "the messages")
+        self.assertEqual(again.elements("paragraph")[1].rectangle[3], height)
+        self.assertFalse(self.is_dark(again))
         self.open_settings(again)
         for label in ("Sistema", "Claro", "Oscuro", "Compacto", "Normal", "Grande"):
             self.assertFalse(again.element("radio button", label).has("checked"), label)
@@ -92,15 +101,18 @@ class SettingsTest(AuloraTestCase):
         program.ask("medida")
         self.assistant.next_request().answer("\n".join(["- una línea"] * 10))
         program.wait_for_status("En línea")
-        heights = {}
-        for label in ("Compacto", "Normal", "Grande"):
-            self.open_settings(program)
+        program.wait_for(lambda: len(program.messages()) == 2, "the messages")
+
+        def height():
+            return program.elements("paragraph")[1].rectangle[3]
+
+        normal = height()
+        self.open_settings(program)
+        for label, is_shown in {"Compacto": lambda: height() < normal,
+                                "Grande": lambda: height() > normal,
+                                "Normal": lambda: height() == normal}.items():
             program.element("radio button", label).press()
-            program.button("Cerrar configuración").press()
-            program.wait_for(lambda: len(program.messages()) == 2, "the messages")
-            heights[label] = program.elements("paragraph")[1].rectangle[3]
-        self.assertLess(heights["Compacto"], heights["Normal"])
-        self.assertLess(heights["Normal"], heights["Grande"])
+            program.wait_for(is_shown, f"the reply to be {label}")
 
     def test_clearing_from_the_sheet(self):
         program = self.start()

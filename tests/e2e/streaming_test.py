@@ -75,6 +75,21 @@ class StreamingTest(AuloraTestCase):
         self.assertEqual([(message["text"], message["isUser"]) for message in second["messages"]],
                          [("", False)])
 
+    def test_clearing_before_the_first_line_loses_the_reply(self):
+        program = self.start()
+        request = self.begin(program, "primera")
+        program.wait_for_messages("primera")
+        program.button("Borrar historial").press()
+        program.confirm("¿Borrar historial?", "Borrar historial")
+        program.wait_for_conversations(("Nueva conversación", "0 mensajes", True))
+        request.write("uno\ndos\n")
+        request.finish()
+        program.wait_for_status("En línea")
+        self.assertEqual(program.quit(), 0)
+        (only,) = program.history()
+        self.assertEqual([(message["text"], message["isUser"]) for message in only["messages"]],
+                         [("", False)])
+
     def test_failure_lands_where_the_person_is(self):
         program = self.start()
         request = self.begin(program, "primera")

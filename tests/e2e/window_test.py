@@ -19,10 +19,12 @@ class WindowTest(AuloraTestCase):
         for factor in ("1", "1.5", "2"):
             with self.subTest(factor):
                 program = self.start(QT_SCALE_FACTOR=factor)
-                width, height = self.desktop.size(program.window)
                 size = (round(1120 * float(factor)), round(820 * float(factor)))
                 program.wait_for(lambda size=size: self.desktop.size(program.window) == size,
                                  f"the size {size}")
+                button = tuple(round(length * float(factor)) for length in (212, 42))
+                program.wait_for(lambda button=button: program.button("Nueva conversación")
+                                 .rectangle[2:] == button, f"a button of {button}")
                 program.ask("hola")
                 self.assistant.next_request().answer("Buenas.\n")
                 program.wait_for_messages("hola", "Buenas.")
@@ -57,9 +59,8 @@ class WindowTest(AuloraTestCase):
         self.desktop.press("Return")
         program.button("Cerrar configuración")
         self.desktop.press("Escape")
-        program.wait_for(lambda: not program.elements("push button", "Cerrar configuración"),
-                         "the sheet to close")
-        self.assertEqual(program.focused().name, "Configuración")
+        program.wait_for(lambda: program.button("Configuración").has("focused"),
+                         "the keyboard to be given back")
 
     def test_tab_goes_round_through_everything(self):
         program = self.start()
@@ -73,14 +74,6 @@ class WindowTest(AuloraTestCase):
                 passed.append((focused.role, focused.name))
         self.assertEqual(wanted - set(passed), set())
         self.assertIn(("text", "Mensaje"), passed)
-
-    def test_everything_has_a_name(self):
-        program = self.start()
-        nameless = [element.role for element in program.tree()
-                    if element.role in ("push button", "text", "list item", "check box",
-                                        "radio button", "paragraph", "dialog")
-                    and element.has("visible") and not element.name]
-        self.assertEqual(nameless, [])
 
     def test_second_launch_raises_the_first_window(self):
         program = self.start()
