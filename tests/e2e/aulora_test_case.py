@@ -24,6 +24,10 @@ class AuloraTestCase(unittest.TestCase):
     key = os.environ["AULORA_KEY"]
     pictures = Path(os.environ["AULORA_PICTURES"])
 
+    def run(self, result=None):
+        self._result = result
+        return super().run(result)
+
     def setUp(self):
         self.desktop = DESKTOP
         self.port = int(self.host.rpartition(":")[2])
@@ -39,8 +43,12 @@ class AuloraTestCase(unittest.TestCase):
         program.window
         return program
 
+    def _has_failed(self):
+        return any(getattr(test, "test_case", test) is self
+                   for test, _ in self._result.failures + self._result.errors)
+
     def _end(self, program, quiet):
-        if program.process.poll() is None and not self._outcome.success:
+        if program.process.poll() is None and self._has_failed():
             program.picture(self.pictures / f"{self.id()}.png")
             program.kill()
         if program.process.poll() is None:
