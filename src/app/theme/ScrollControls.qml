@@ -93,7 +93,7 @@ Item {
         Accessible.ignored: true
 
         onPositionChanged: {
-            linger.restart();
+            linger.stay();
             if (pressed)
                 controls.flickable.contentY = controls.flickable.originY + position * controls.flickable.contentHeight;
         }
@@ -106,7 +106,20 @@ Item {
         Timer {
             id: linger
 
+            property bool moved
+
+            // Starting it anew for every step of a scroll would cost more than the step.
+            function stay() {
+                moved = running;
+                if (!running)
+                    start();
+            }
+
             interval: 900
+            onTriggered: {
+                if (moved)
+                    stay();
+            }
         }
 
         contentItem: ContinuousRectangle {
