@@ -22,6 +22,7 @@ private Q_SLOTS:
     void followsItsSize();
     void dashesLeaveGaps();
     void clearPaintsNothing();
+    void comesBackAfterItWasHidden();
     void colorsCanBeAnimated();
 };
 
@@ -183,6 +184,25 @@ void ContinuousRectangleTest::clearPaintsNothing()
     QImage white(stage.grab());
     white.fill(Qt::white);
     QCOMPARE(stage.grab(), white);
+}
+
+void ContinuousRectangleTest::comesBackAfterItWasHidden()
+{
+    Stage stage({60, 60});
+    stage.rectangle.setVisible(false);
+    stage.rectangle.setSize({50, 50});
+    stage.rectangle.setRadius(9);
+    stage.rectangle.setColor(Qt::black);
+    QImage white(stage.grab());
+    white.fill(Qt::white);
+    QCOMPARE(stage.grab(), white);
+    stage.rectangle.setVisible(true);
+    const QImage shown = stage.grab();
+    QCOMPARE(shown.pixelColor(25, 25), QColor(Qt::black));
+    stage.rectangle.setVisible(false);
+    QCOMPARE(stage.grab(), white);
+    stage.rectangle.setVisible(true);
+    QCOMPARE(stage.grab(), shown);
 }
 
 void ContinuousRectangleTest::colorsCanBeAnimated()

@@ -131,15 +131,16 @@ void ContinuousRectangle::updatePolish()
 {
     if (!window())
         return;
-    const bool visible = m_color.alpha() > 0 || (m_borderColor.alpha() > 0 && m_borderWidth > 0);
+    const bool shows
+        = isVisible() && (m_color.alpha() > 0 || (m_borderColor.alpha() > 0 && m_borderWidth > 0));
     QSizeF painted = size();
     if (m_dashPattern.isEmpty()) {
         const double corners
             = 2 * std::ceil(continuousCornerReach() * m_radius + m_borderWidth) + 3;
         painted = painted.boundedTo({corners, corners});
     }
-    m_image = visible && !painted.isEmpty() ? paint(painted, window()->effectiveDevicePixelRatio())
-                                            : QImage();
+    m_image = shows && !painted.isEmpty() ? paint(painted, window()->effectiveDevicePixelRatio())
+                                          : QImage();
     m_imageChanged = true;
     update();
 }
@@ -199,6 +200,7 @@ void ContinuousRectangle::geometryChange(const QRectF &newGeometry, const QRectF
 void ContinuousRectangle::itemChange(ItemChange change, const ItemChangeData &value)
 {
     QQuickItem::itemChange(change, value);
-    if (change == ItemDevicePixelRatioHasChanged || change == ItemSceneChange)
+    if (change == ItemDevicePixelRatioHasChanged || change == ItemSceneChange
+        || change == ItemVisibleHasChanged)
         polish();
 }

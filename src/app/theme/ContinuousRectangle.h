@@ -8,7 +8,8 @@
 /// A filled and stroked rectangle with continuous corners. The stroke lies inside the edge.
 ///
 /// However large, it costs one small image of its corners, cut in nine: the outer parts stay as
-/// they are and the middle ones stretch. Only a dashed stroke is painted at full size.
+/// they are and the middle ones stretch. Only a dashed stroke is painted at full size. While it is
+/// hidden it costs none.
 class ContinuousRectangle : public QQuickItem
 {
     Q_OBJECT
