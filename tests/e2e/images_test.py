@@ -153,6 +153,19 @@ class ImagesTest(AuloraTestCase):
         self.drop(program, "text/uri-list", self.file("justa.jpg", data))
         self.wait_for_chip(program)
 
+    def test_nothing_is_dropped_into_a_reply(self):
+        program = self.start()
+        path = self.file("a.png", image_bytes("PNG"))
+        program.ask("solo texto")
+        request = self.assistant.next_request()
+        program.wait_for_status("Procesando")
+        self.drop(program, "text/uri-list", path, welcome=False)
+        self.assertEqual(program.elements("push button", "Quitar imagen"), [])
+        request.answer("Listo.\n")
+        program.wait_for_status("En línea")
+        self.drop(program, "text/uri-list", path)
+        self.wait_for_chip(program)
+
     def test_analysis_off_takes_nothing(self):
         program = self.start()
         path = self.file("a.png", image_bytes("PNG"))

@@ -22,6 +22,15 @@ class StreamingTest(AuloraTestCase):
         program.wait_for_status("En línea")
         program.wait_for(lambda: program.messages()[-1:] == ["\n".join(lines)], "all of the reply")
 
+        def end_of_reply():
+            _, y, _, height = program.elements("paragraph")[-1].rectangle
+            return y + height
+        # What follows it is the space between rows and the end of the list; below is the composer's
+        # own space around its text, and a line.
+        end_of_pane = program.composer.rectangle[1] - 13 - 11 - 1
+        program.wait_for(lambda: abs(end_of_reply() + 23 + 1 - end_of_pane) <= 2,
+                         f"the pane to follow the reply to {end_of_pane}")
+
     def test_bytes_one_by_one(self):
         program = self.start()
         request = self.begin(program, "lenta")

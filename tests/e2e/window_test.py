@@ -28,7 +28,7 @@ class WindowTest(AuloraTestCase):
                 program.ask("hola")
                 self.assistant.next_request().answer("Buenas.\n")
                 program.wait_for_messages("hola", "Buenas.")
-                program.kill()
+                self.assertEqual(program.quit(), 0)
 
     def tab_to(self, program, role, name):
         """Presses Tab until an element has the keyboard; those that had it on the way."""
@@ -61,6 +61,13 @@ class WindowTest(AuloraTestCase):
         self.desktop.press("Escape")
         program.wait_for(lambda: program.button("Configuración").has("focused"),
                          "the keyboard to be given back")
+
+        self.tab_to(program, "push button", "Borrar historial")
+        self.desktop.press("space")
+        program.wait_for(lambda: program.button("Cancelar").has("focused"), "the safe answer")
+        self.tab_to(program, "push button", "Borrar historial")
+        self.desktop.press("Return")
+        program.wait_for_conversations(("Nueva conversación", "0 mensajes", True))
 
     def test_tab_goes_round_through_everything(self):
         program = self.start()
