@@ -60,7 +60,8 @@ Window {
             contentView: window.contentView
             authorLine: window.authorLine
             pendingPreview: window.imageIntake.pendingPreview
-            onSendRequested: window.sendFlow.sendMessage()
+            // A question asked about an image that is still being checked waits for it.
+            onSendRequested: window.imageIntake.whenTaken(() => window.sendFlow.sendMessage())
             onPasteRequested: {
                 if (!window.imageIntake.pasteImage())
                     pasteText();

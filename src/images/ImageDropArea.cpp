@@ -14,13 +14,18 @@ void ImageDropArea::setIntake(ImageIntake *intake)
 {
     if (m_intake == intake)
         return;
+    if (m_intake)
+        m_intake->disconnect(this);
     m_intake = intake;
+    if (m_intake)
+        connect(m_intake, &ImageIntake::takesDropsChanged, this, &ImageDropArea::updateTargeted);
+    updateTargeted();
     Q_EMIT intakeChanged();
 }
 
 void ImageDropArea::dragEnterEvent(QDragEnterEvent *event)
 {
-    setTargeted(m_intake && m_intake->wouldTake(draggedItems(event->mimeData())));
+    setHoveringImage(ImageIntake::bringImage(draggedItems(event->mimeData())));
     event->setDropAction(Qt::CopyAction);
     event->setAccepted(m_isTargeted);
 }
@@ -33,21 +38,28 @@ void ImageDropArea::dragMoveEvent(QDragMoveEvent *event)
 
 void ImageDropArea::dragLeaveEvent(QDragLeaveEvent *)
 {
-    setTargeted(false);
+    setHoveringImage(false);
 }
 
 void ImageDropArea::dropEvent(QDropEvent *event)
 {
-    setTargeted(false);
+    setHoveringImage(false);
     // Whatever the source proposes: a file it takes to be moved away, it would delete.
     event->setDropAction(Qt::CopyAction);
     event->setAccepted(m_intake && m_intake->handleDrop(draggedItems(event->mimeData())));
 }
 
-void ImageDropArea::setTargeted(bool targeted)
+void ImageDropArea::setHoveringImage(bool hovering)
 {
-    if (m_isTargeted == targeted)
+    m_hasHoveringImage = hovering;
+    updateTargeted();
+}
+
+void ImageDropArea::updateTargeted()
+{
+    const bool isTargeted = m_hasHoveringImage && m_intake && m_intake->takesDrops();
+    if (m_isTargeted == isTargeted)
         return;
-    m_isTargeted = targeted;
+    m_isTargeted = isTargeted;
     Q_EMIT isTargetedChanged();
 }

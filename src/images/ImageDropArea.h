@@ -11,7 +11,7 @@ class ImageDropArea : public QQuickItem
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(ImageIntake *intake READ intake WRITE setIntake NOTIFY intakeChanged REQUIRED)
-    /// True while a drag that would be taken hovers here.
+    /// True while a drag that would be taken hovers here; it falls when that would no longer be so.
     Q_PROPERTY(bool isTargeted READ isTargeted NOTIFY isTargetedChanged)
 
 public:
@@ -32,8 +32,11 @@ protected:
     void dropEvent(QDropEvent *event) override;
 
 private:
-    void setTargeted(bool targeted);
+    void setHoveringImage(bool hovering);
+    void updateTargeted();
 
     ImageIntake *m_intake = nullptr;
+    /// True while a drag with an image hovers here, whether it would be taken or not.
+    bool m_hasHoveringImage = false;
     bool m_isTargeted = false;
 };

@@ -11,9 +11,11 @@
 #include <QClipboard>
 #include <QFileInfo>
 #include <QGuiApplication>
+#include <QJSValue>
 #include <QMimeData>
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -49,11 +51,13 @@ ImageIntake::ImageIntake(ContentView *contentView, QObject *parent)
     : QObject(parent)
     , m_contentView(contentView)
 {
-    const auto abandonWork = [this] { ++m_generation; };
-    connect(contentView, &ContentView::imageAnalysisEnabledChanged, this, abandonWork);
-    // A pending image goes when another conversation is shown; so does one about to be pending.
-    connect(contentView->conversations(), &ConversationListModel::selectedIDChanged, this,
-            abandonWork);
+    connect(contentView, &ContentView::imageAnalysisEnabledChanged, this, [this] {
+        giveUp();
+        Q_EMIT takesDropsChanged();
+    });
+    connect(contentView, &ContentView::isLoadingChanged, this, &ImageIntake::takesDropsChanged);
+    // A pending image goes with the composer's text; so does one about to be pending.
+    connect(contentView, &ContentView::composerEmptied, this, &ImageIntake::giveUp);
     connect(contentView, &ContentView::selectedImageChanged, this, [this] {
         if (m_contentView->selectedImageData() != m_prepared.bytes)
             setPrepared({});
@@ -68,10 +72,10 @@ ImageIntake::~ImageIntake()
 }
 
 template <typename Finish>
-auto ImageIntake::unlessAbandoned(Finish finish)
+auto ImageIntake::unlessGivenUp(Arrival arrival, Finish finish)
 {
-    return [this, finish, generation = m_generation](const auto &result) {
-        if (generation == m_generation)
+    return [this, arrival, finish](const auto &result) {
+        if (arrival.generation == m_generation)
             finish(result);
     };
 }
@@ -88,16 +92,17 @@ void ImageIntake::handleImportedFile(const QList<QUrl> &urls)
     if (!m_contentView->imageAnalysisEnabled() || urls.isEmpty())
         return;
     const QUrl &url = urls.first();
+    const Arrival arrival = begin();
     runThenFinish(
         QThreadPool::globalInstance(), this,
         [url] { return readLocalFile(url, maximumImageBytes + 1); },
-        unlessAbandoned([this, url](const std::optional<QByteArray> &bytes) {
+        unlessGivenUp(arrival, [this, arrival, url](const std::optional<QByteArray> &bytes) {
             if (!bytes) {
-                m_contentView->setImageImportError(unreadableFileText);
+                refuse(unreadableFileText);
                 return;
             }
             const QFileInfo file(url.fileName(QUrl::FullyDecoded));
-            acceptImage(*bytes, file.fileName(), typeForExtension(file.suffix()));
+            check(arrival, *bytes, file.fileName(), typeForExtension(file.suffix()));
         }));
 }
 
@@ -107,23 +112,29 @@ void ImageIntake::handleImportedFile(const ImportError &error)
         m_contentView->setImageImportError(error.localizedDescription);
 }
 
-bool ImageIntake::wouldTake(const ItemProviders &providers) const
+bool ImageIntake::takesDrops() const
 {
-    return m_contentView->imageAnalysisEnabled() && !m_contentView->isLoading()
-        && firstImage(providers).has_value();
+    return m_contentView->imageAnalysisEnabled() && !m_contentView->isLoading();
+}
+
+bool ImageIntake::bringImage(const ItemProviders &providers)
+{
+    return firstImage(providers).has_value();
 }
 
 bool ImageIntake::handleDrop(const ItemProviders &providers)
 {
-    if (!m_contentView->imageAnalysisEnabled() || m_contentView->isLoading())
+    if (!takesDrops())
         return false;
     const auto image = firstImage(providers);
     if (!image)
         return false;
 
+    const Arrival arrival = begin();
     auto promise = std::make_shared<QPromise<LoadedItem>>();
-    whenFinished(promise->future(), this, unlessAbandoned([this, image](const LoadedItem &item) {
-                     handleDroppedData(item, *image->provider, image->typeIdentifier);
+    whenFinished(promise->future(), this,
+                 unlessGivenUp(arrival, [this, arrival, image](const LoadedItem &item) {
+                     handleDroppedData(arrival, item, *image->provider, image->typeIdentifier);
                  }));
     promise->start();
     image->provider->loadDataRepresentation(image->typeIdentifier, [promise](LoadedItem item) {
@@ -133,42 +144,92 @@ bool ImageIntake::handleDrop(const ItemProviders &providers)
     return true;
 }
 
-void ImageIntake::handleDroppedData(const LoadedItem &item, const ItemProvider &provider,
-                                    const QString &typeIdentifier)
+void ImageIntake::handleDroppedData(Arrival arrival, const LoadedItem &item,
+                                    const ItemProvider &provider, const QString &typeIdentifier)
 {
     if (item.error)
-        m_contentView->setImageImportError(*item.error);
+        refuse(*item.error);
     else if (item.data)
-        acceptImage(*item.data, provider.suggestedName().value_or(defaultName), typeIdentifier);
+        check(arrival, *item.data, provider.suggestedName().value_or(defaultName), typeIdentifier);
     else
-        m_contentView->setImageImportError(unreadableDropText);
+        refuse(unreadableDropText);
 }
 
 void ImageIntake::acceptImage(const QByteArray &bytes, const QString &name,
                               const std::optional<QString> &typeIdentifier)
 {
-    if (bytes.size() > maximumImageBytes) {
-        m_contentView->setImageImportError(tooLargeText);
-        return;
-    }
-    // One decoding serves the check, the chip and the preview kept with the message.
-    runThenFinish(
-        decodingPool(), this, [bytes] { return makePreviewData(bytes); },
-        unlessAbandoned(
-            [this, bytes, name, typeIdentifier](const std::optional<QByteArray> &preview) {
-                if (!preview) {
-                    m_contentView->setImageImportError(noImageText);
-                    return;
-                }
-                setPrepared({.bytes = bytes, .preview = *preview});
-                m_contentView->setSelectedImage(bytes, name, preferredMimeType(typeIdentifier));
-            }));
+    check(begin(), bytes, name, typeIdentifier);
 }
 
 bool ImageIntake::pasteImage()
 {
     const QMimeData *mimeData = QGuiApplication::clipboard()->mimeData();
     return mimeData && handleDrop(pastedItems(mimeData));
+}
+
+void ImageIntake::whenTaken(std::function<void()> action)
+{
+    if (m_onTheirWay == 0)
+        action();
+    else
+        m_whenTaken = std::move(action);
+}
+
+void ImageIntake::whenTaken(const QJSValue &action)
+{
+    whenTaken([action] { action.call(); });
+}
+
+ImageIntake::Arrival ImageIntake::begin()
+{
+    ++m_onTheirWay;
+    return {.generation = m_generation, .number = ++m_given};
+}
+
+void ImageIntake::check(Arrival arrival, const QByteArray &bytes, const QString &name,
+                        const std::optional<QString> &typeIdentifier)
+{
+    if (bytes.size() > maximumImageBytes) {
+        refuse(tooLargeText);
+        return;
+    }
+    // One decoding serves the check, the chip and the preview kept with the message.
+    const auto finish
+        = [this, arrival, bytes, name, typeIdentifier](const std::optional<QByteArray> &preview) {
+              if (!preview) {
+                  refuse(noImageText);
+                  return;
+              }
+              if (arrival.number > m_lastTaken) {
+                  m_lastTaken = arrival.number;
+                  setPrepared({.bytes = bytes, .preview = *preview});
+                  m_contentView->setSelectedImage(bytes, name, preferredMimeType(typeIdentifier));
+              }
+              end();
+          };
+    runThenFinish(
+        decodingPool(), this, [bytes] { return makePreviewData(bytes); },
+        unlessGivenUp(arrival, finish));
+}
+
+void ImageIntake::refuse(const QString &reason)
+{
+    m_whenTaken = nullptr;
+    m_contentView->setImageImportError(reason);
+    end();
+}
+
+void ImageIntake::end()
+{
+    if (--m_onTheirWay == 0 && m_whenTaken)
+        std::exchange(m_whenTaken, nullptr)();
+}
+
+void ImageIntake::giveUp()
+{
+    ++m_generation;
+    m_onTheirWay = 0;
+    m_whenTaken = nullptr;
 }
 
 void ImageIntake::setPrepared(PreparedImage image)

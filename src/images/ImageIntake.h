@@ -8,9 +8,11 @@
 #include <QUrl>
 #include <QtQml/qqmlregistration.h>
 
+#include <functional>
 #include <optional>
 
 class ContentView;
+class QJSValue;
 
 /// Why the file chooser could not give a file, in words for people.
 struct ImportError
@@ -20,8 +22,9 @@ struct ImportError
 
 /// Takes one image in, from the file chooser, a drop or the clipboard, checks it, and makes it the
 /// pending image of the main screen. Reading and checking happen off the main thread; the state
-/// changes on it. With image analysis switched off nothing is taken, also when the switch falls
-/// while an image is being checked.
+/// changes on it. Of several images on their way the one given last is pending in the end, however
+/// long each takes. With image analysis switched off nothing is taken; what is on its way when the
+/// switch falls, or when the composer is emptied for a conversation, is given up.
 class ImageIntake : public QObject
 {
     Q_OBJECT
@@ -45,16 +48,15 @@ public:
     Q_INVOKABLE void handleImportedFile(const QList<QUrl> &urls);
     void handleImportedFile(const ImportError &error);
 
-    /// True when a drop of these items would be taken now.
-    bool wouldTake(const ItemProviders &providers) const;
+    /// True while drops are taken: with image analysis on, and between replies.
+    bool takesDrops() const;
+
+    /// True when there is an image among the items.
+    static bool bringImage(const ItemProviders &providers);
 
     /// Takes the first image among the items and returns whether there is one to take; how it
     /// turns out shows later.
     bool handleDrop(const ItemProviders &providers);
-
-    /// What became of loading `provider` as `typeIdentifier`.
-    void handleDroppedData(const LoadedItem &item, const ItemProvider &provider,
-                           const QString &typeIdentifier);
 
     /// Checks `bytes` and makes them the pending image, or says in Spanish why not.
     void acceptImage(const QByteArray &bytes, const QString &name,
@@ -64,8 +66,15 @@ public:
     /// what was copied is text, whatever picture of it comes along.
     Q_INVOKABLE bool pasteImage();
 
+    /// Calls `action` with every image given so far in its place: at once when none is on its way,
+    /// else when the last of them is pending. Never when one is refused or given up, for whoever
+    /// wanted it done may have wanted it done with that image; and only the latest of several.
+    void whenTaken(std::function<void()> action);
+    Q_INVOKABLE void whenTaken(const QJSValue &action);
+
 Q_SIGNALS:
     void pendingPreviewChanged();
+    void takesDropsChanged();
 
 private:
     struct PreparedImage
@@ -74,13 +83,35 @@ private:
         QByteArray preview;
     };
 
-    void setPrepared(PreparedImage image);
-    /// `finish`, which does nothing once the work was abandoned.
+    /// An image on its way in.
+    struct Arrival
+    {
+        /// What m_generation was when it was given.
+        int generation;
+        /// Its place among all that were given.
+        int number;
+    };
+
+    Arrival begin();
+    /// `finish`, which does nothing once the arrival was given up.
     template <typename Finish>
-    auto unlessAbandoned(Finish finish);
+    auto unlessGivenUp(Arrival arrival, Finish finish);
+    void handleDroppedData(Arrival arrival, const LoadedItem &item, const ItemProvider &provider,
+                           const QString &typeIdentifier);
+    void check(Arrival arrival, const QByteArray &bytes, const QString &name,
+               const std::optional<QString> &typeIdentifier);
+    void refuse(const QString &reason);
+    void end();
+    void giveUp();
+    void setPrepared(PreparedImage image);
 
     ContentView *m_contentView;
     PreparedImage m_prepared;
-    /// Counts the moments at which work under way became void.
+    /// Counts the moments at which everything on its way was given up.
     int m_generation = 0;
+    /// How many images were given, and which of them became the pending image last.
+    int m_given = 0;
+    int m_lastTaken = 0;
+    int m_onTheirWay = 0;
+    std::function<void()> m_whenTaken;
 };

@@ -331,6 +331,7 @@ void ContentView::clearComposer()
 {
     setMessageText({});
     clearSelectedImage();
+    Q_EMIT composerEmptied();
 }
 
 std::optional<int> ContentView::selectedIndex() const

@@ -154,6 +154,8 @@ Q_SIGNALS:
     void showSettingsChanged();
     void showImageImporterChanged();
     void selectedImageChanged();
+    /// Text and pending image were discarded for a conversation, whether or not there were any.
+    void composerEmptied();
     void imageImportErrorChanged();
     void isDropTargetedChanged();
     void enlargedImageDataChanged();

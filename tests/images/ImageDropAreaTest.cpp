@@ -10,6 +10,8 @@
 #include <QTemporaryDir>
 #include <QTest>
 
+#include <functional>
+
 using namespace Qt::StringLiterals;
 
 /// Drags over a window, as the desktop delivers them.
@@ -129,6 +131,36 @@ private Q_SLOTS:
         QVERIFY(!enter());
         QVERIFY(!m_area->isTargeted());
         QVERIFY(!drop());
+    }
+
+    void invitesNoMoreOnceTheDropWouldBeRefused_data()
+    {
+        QTest::addColumn<std::function<void(ContentView &, bool)>>("allow");
+        using Action = std::function<void(ContentView &, bool)>;
+        QTest::newRow("switched off") << Action(
+            [](ContentView &view, bool allowed) { view.setImageAnalysisEnabled(allowed); });
+        QTest::newRow("a reply begins")
+            << Action([](ContentView &view, bool allowed) { view.setLoading(!allowed); });
+    }
+    void invitesNoMoreOnceTheDropWouldBeRefused()
+    {
+        using Action = std::function<void(ContentView &, bool)>;
+        QFETCH(Action, allow);
+        m_mimeData->setData(u"image/png"_s, encoded(quarters({50, 40}), "png"));
+        QVERIFY(enter());
+        QVERIFY(m_area->isTargeted());
+        allow(view(), false);
+        QVERIFY(!m_area->isTargeted());
+        QVERIFY(!move());
+        QVERIFY(!m_area->isTargeted());
+        allow(view(), true);
+        QVERIFY(move());
+        QVERIFY(m_area->isTargeted());
+        allow(view(), false);
+        QVERIFY(!drop());
+        allow(view(), true);
+        QVERIFY(!m_area->isTargeted()); // The drag is over
+        QVERIFY(!view().hasImageImportError());
     }
 
     void forgetsADragThatLeaves()

@@ -13,6 +13,7 @@
 #include <QThread>
 #include <QThreadPool>
 
+#include <functional>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
@@ -295,6 +296,88 @@ private Q_SLOTS:
         QCOMPARE(view().selectedImageName(), u"small.png"_s);
     }
 
+    void theLastGivenWinsNotTheLastToCome()
+    {
+        const auto slow = fakeItem({u"image/png"_s}, u"lenta"_s);
+        const auto quick = fakeItem({u"image/jpeg"_s}, u"rápida"_s);
+        QVERIFY(m_screen->intake.handleDrop({slow}));
+        QVERIFY(m_screen->intake.handleDrop({quick}));
+        quick->finish({.error = {}, .data = otherSample()});
+        QTRY_COMPARE(view().selectedImageName(), u"rápida"_s);
+        slow->finish({.error = {}, .data = sample()});
+        settle();
+        QCOMPARE(view().selectedImageName(), u"rápida"_s);
+        QCOMPARE(view().selectedImageData(), otherSample());
+        QCOMPARE(view().selectedImageMimeType(), u"image/jpeg"_s);
+    }
+
+    void anEarlierImageIsTakenWhenTheLaterIsRefused()
+    {
+        const auto slow = fakeItem({u"image/png"_s}, u"lenta"_s);
+        QVERIFY(m_screen->intake.handleDrop({slow}));
+        m_screen->intake.acceptImage("x", u"b.png"_s, u"image/png"_s);
+        QTRY_COMPARE(view().imageImportError(), noImage);
+        slow->finish({.error = {}, .data = sample()});
+        QTRY_COMPARE(view().selectedImageName(), u"lenta"_s);
+    }
+
+    void doesAtOnceWhatNeedsNoImage()
+    {
+        int calls = 0;
+        m_screen->intake.whenTaken([&] { ++calls; });
+        QCOMPARE(calls, 1);
+        m_screen->intake.acceptImage(sample(), u"a.png"_s, u"image/png"_s);
+        QTRY_VERIFY(view().hasSelectedImage());
+        m_screen->intake.whenTaken([&] { ++calls; });
+        QCOMPARE(calls, 2);
+    }
+
+    void waitsForTheImagesOnTheirWay()
+    {
+        QStringList names;
+        const auto note = [&] { names.append(view().selectedImageName().value_or(u"ninguna"_s)); };
+        const auto item = fakeItem({u"image/png"_s}, u"arrastrada"_s);
+        QVERIFY(m_screen->intake.handleDrop({item}));
+        m_screen->intake.whenTaken(note);
+        m_screen->intake.handleImportedFile({file(u"a.png"_s, sample())});
+        m_screen->intake.whenTaken(note);
+        QTRY_COMPARE(view().selectedImageName(), u"a.png"_s);
+        QCOMPARE(names, QStringList());
+        item->finish({.error = {}, .data = otherSample()});
+        QTRY_COMPARE(names, QStringList{u"a.png"_s}); // Once, with the image given last
+    }
+
+    void waitsNoMoreWithoutTheImage_data()
+    {
+        QTest::addColumn<std::function<void(Screen &)>>("loseImage");
+        using Action = std::function<void(Screen &)>;
+        QTest::newRow("no image") << Action(
+            [](Screen &screen) { screen.intake.acceptImage("x", u"a"_s, std::nullopt); });
+        QTest::newRow("too large") << Action([](Screen &screen) {
+            screen.intake.acceptImage(sampleOfSize(12'582'913), u"a"_s, std::nullopt);
+        });
+        QTest::newRow("no file") << Action([](Screen &screen) {
+            screen.intake.handleImportedFile({QUrl::fromLocalFile(u"/nonexistent"_s)});
+        });
+        QTest::newRow("switched off")
+            << Action([](Screen &screen) { screen.contentView.setImageAnalysisEnabled(false); });
+        QTest::newRow("composer emptied")
+            << Action([](Screen &screen) { screen.contentView.startNewConversation(); });
+    }
+    void waitsNoMoreWithoutTheImage()
+    {
+        using Action = std::function<void(Screen &)>;
+        QFETCH(Action, loseImage);
+        int calls = 0;
+        m_screen->intake.acceptImage(sample(), u"a.png"_s, u"image/png"_s);
+        m_screen->intake.whenTaken([&] { ++calls; });
+        loseImage(*m_screen);
+        settle();
+        QCOMPARE(calls, 0);
+        m_screen->intake.whenTaken([&] { ++calls; });
+        QCOMPARE(calls, 1);
+    }
+
     void aRefusalLeavesTheSelectionAlone()
     {
         m_screen->intake.acceptImage(sample(), u"a.png"_s, u"image/png"_s);
@@ -317,7 +400,7 @@ private Q_SLOTS:
         m_screen->intake.handleImportedFile({file(u"a.png"_s, sample())});
         m_screen->intake.handleImportedFile({QUrl::fromLocalFile(u"/nonexistent"_s)});
         m_screen->intake.handleImportedFile(ImportError{u"Se interrumpió."_s});
-        QVERIFY(!m_screen->intake.wouldTake({item}));
+        QVERIFY(!m_screen->intake.takesDrops());
         QVERIFY(!m_screen->intake.handleDrop({item}));
         QVERIFY(!m_screen->intake.pasteImage());
         settle();
@@ -354,11 +437,20 @@ private Q_SLOTS:
         verifyNothingTaken();
     }
 
+    void takesNothingThatWasUnderWayWhenTheSameConversationIsSelectedAgain()
+    {
+        view().startNewConversation();
+        m_screen->intake.acceptImage(sample(), u"a.png"_s, u"image/png"_s);
+        view().selectConversation(*view().selectedConversationID());
+        settle();
+        verifyNothingTaken();
+    }
+
     void refusesADropDuringAReply()
     {
         view().setLoading(true);
         const auto item = fakeItem({u"image/png"_s});
-        QVERIFY(!m_screen->intake.wouldTake({item}));
+        QVERIFY(!m_screen->intake.takesDrops());
         QVERIFY(!m_screen->intake.handleDrop({item}));
         QGuiApplication::clipboard()->setImage(quarters({20, 20}));
         QVERIFY(!m_screen->intake.pasteImage());
@@ -389,7 +481,7 @@ private Q_SLOTS:
         ItemProviders items;
         for (const QStringList &itemTypes : types)
             items.append(fakeItem(itemTypes));
-        QVERIFY(!m_screen->intake.wouldTake(items));
+        QVERIFY(!ImageIntake::bringImage(items));
         QVERIFY(!m_screen->intake.handleDrop(items));
         settle();
         verifyNothingTaken();
@@ -401,7 +493,7 @@ private Q_SLOTS:
         const auto first
             = fakeItem({u"text/uri-list"_s, u"image/tiff"_s, u"image/png"_s}, u"radiografía"_s);
         const auto second = fakeItem({u"image/png"_s});
-        QVERIFY(m_screen->intake.wouldTake({text, first, second}));
+        QVERIFY(ImageIntake::bringImage({text, first, second}));
         QVERIFY(m_screen->intake.handleDrop({text, first, second}));
         QVERIFY(text->loadedTypes.isEmpty());
         QCOMPARE(first->loadedTypes, QStringList{u"image/tiff"_s});
