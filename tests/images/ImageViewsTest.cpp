@@ -9,8 +9,6 @@
 #include <QSignalSpy>
 #include <QTest>
 
-#include <set>
-
 using namespace Qt::StringLiterals;
 
 namespace {
@@ -88,7 +86,8 @@ private Q_SLOTS:
         QCOMPARE(name->property("color").value<QColor>(), QColor(0, 0, 0, qRound(0.5 * 255)));
         QCOMPARE(name->y() - caption->y() - caption->height(), 3.0);
         QCOMPARE(name->x(), caption->x());
-        QVERIFY(sceneRect(caption).left() > sceneRect(thumbnail).right());
+        // A row makes room when it is polished.
+        QTRY_VERIFY(sceneRect(caption).left() > sceneRect(thumbnail).right());
     }
 
     void chipsThumbnailKeepsProportionsAndClipsCorners()
@@ -173,17 +172,16 @@ private Q_SLOTS:
 
     void overlayFadesInAndOut()
     {
-        std::set<double> opacities;
-        connect(item("overlay"), &QQuickItem::opacityChanged, this,
-                [&] { opacities.insert(item("overlay")->opacity()); });
-        QVERIFY(!item("overlay")->isVisible());
+        const QQuickItem *overlay = item("overlay");
+        QVERIFY(!overlay->isVisible());
+        // It sets out from where it was, and arrives.
         set("dropPresented", true);
-        QTRY_COMPARE(item("overlay")->opacity(), 1.0);
-        QVERIFY(opacities.size() > 2);
-        opacities.clear();
+        QVERIFY(overlay->opacity() < 0.5);
+        QTRY_COMPARE(overlay->opacity(), 1.0);
         set("dropPresented", false);
-        QTRY_VERIFY(!item("overlay")->isVisible());
-        QVERIFY(opacities.size() > 2);
+        QVERIFY(overlay->opacity() > 0.5);
+        QVERIFY(overlay->isVisible());
+        QTRY_VERIFY(!overlay->isVisible());
     }
 
     void viewerFitsThePicture_data()
