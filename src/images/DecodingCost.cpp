@@ -25,28 +25,40 @@ std::optional<DecodingCost> pngCost(const QByteArray &bytes, QSize size)
 {
     constexpr qsizetype bitDepthOffset = 24;
     constexpr qsizetype colorTypeOffset = 25;
+    constexpr qsizetype interlaceOffset = 28;
     constexpr int gray = 0;
     constexpr int palette = 3;
-    if (bytes.size() <= colorTypeOffset)
+    if (bytes.size() <= interlaceOffset)
         return std::nullopt;
     const int bitDepth = quint8(bytes[bitDepthOffset]);
     const int colorType = quint8(bytes[colorTypeOffset]);
     const bool isIndexed = bitDepth <= 8 && (colorType == palette || colorType == gray);
     const int bytesPerPixel = isIndexed ? 1 : bitDepth <= 8 ? 4 : 8;
-    return DecodingCost{.bytes = pixelCount(size) * bytesPerPixel, .work = pixelCount(size)};
+    DecodingCost cost{.bytes = pixelCount(size) * bytesPerPixel, .work = pixelCount(size)};
+    // The reader can shrink row by row what it reads as 32 bits a pixel from the top to the bottom.
+    // It mixes the colours of transparent pixels in, so that is for what is too large as a whole.
+    const bool isInterlaced = bytes[interlaceOffset] != 0;
+    if (cost.bytes > maximumDecodingBytes && bytesPerPixel == 4 && !isInterlaced) {
+        cost.bytes = 0;
+        cost.scalesWhileReading = true;
+    }
+    return cost;
 }
 
-/// The lossless decoder holds the whole picture once more than the lossy one, and an animation is
-/// composed in a picture of its own.
+/// The lossless decoder holds the whole picture once more than the lossy one, whether it decodes
+/// colours or transparency, for which there is a plane besides. An animation is composed in a
+/// picture of its own.
 DecodingCost webpCost(const QByteArray &bytes, QSize size)
 {
     constexpr qsizetype flagsOffset = 20;
     constexpr char animationFlag = 0x02;
     constexpr int pictureBytes = 4;
     constexpr int alphaPlaneBytes = 1;
-    int bytesPerPixel = pictureBytes + alphaPlaneBytes;
-    if (bytes.contains("VP8L"))
+    int bytesPerPixel = pictureBytes;
+    if (bytes.contains("VP8L") || bytes.contains("ALPH"))
         bytesPerPixel += pictureBytes;
+    if (bytes.contains("ALPH"))
+        bytesPerPixel += alphaPlaneBytes;
     if (bytes.mid(12, 4) == "VP8X" && (bytes.mid(flagsOffset, 1).append('\0')[0] & animationFlag))
         bytesPerPixel += pictureBytes;
     return {.bytes = pixelCount(size) * bytesPerPixel, .work = pixelCount(size)};

@@ -14,8 +14,20 @@
 #include <algorithm>
 #include <cstdlib>
 #include <limits>
+#include <mutex>
 
 namespace {
+
+/// The toolkit's own limit counts 32 bits for every pixel, also for those that take one, and is one
+/// for the whole process: it is put out of the way once, and decodeImage() keeps to limits of ours.
+void raiseToolkitLimit()
+{
+    constexpr qint64 bytesPerMegabyte = 1 << 20;
+    static std::once_flag once;
+    std::call_once(once, [] {
+        QImageReader::setAllocationLimit(int(maximumImagePixels * 4 / bytesPerMegabyte) + 1);
+    });
+}
 
 /// `size` reduced by one factor until its longest side is `longestSide`.
 QSize fitted(QSize size, int longestSide)
@@ -54,10 +66,7 @@ std::optional<QImage> decodeImage(const QByteArray &bytes, int longestSide)
     if (!format || bytes.size() > maximumImageBytes)
         return std::nullopt;
 
-    // The toolkit's own limit counts 32 bits for every pixel, also for those that take one; ours is
-    // checked below.
-    constexpr qint64 bytesPerMegabyte = 1 << 20;
-    QImageReader::setAllocationLimit(int(maximumImagePixels * 4 / bytesPerMegabyte) + 1);
+    raiseToolkitLimit();
     QBuffer buffer;
     buffer.setData(format == ImageFormat::Png ? withoutNeedlessChunks(bytes) : bytes);
     buffer.open(QIODevice::ReadOnly);

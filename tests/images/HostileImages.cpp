@@ -110,6 +110,45 @@ QByteArray withPasses(const QByteArray &progressive, int count)
     return progressive.chopped(2) + scan.repeated(count) + end;
 }
 
+/// Appends numbers to bytes bit by bit, the lowest first.
+class BitWriter
+{
+public:
+    void put(quint32 number, int bits)
+    {
+        for (int i = 0; i < bits; ++i, ++m_count) {
+            if (m_count % 8 == 0)
+                m_bytes.append('\0');
+            m_bytes.back() = char(m_bytes.back() | (number >> i & 1) << (m_count % 8));
+        }
+    }
+    QByteArray bytes() const { return m_bytes; }
+
+private:
+    QByteArray m_bytes;
+    int m_count = 0;
+};
+
+/// A lossless WebP of one colour: each channel has one symbol, so no pixel takes a single bit.
+QByteArray flatWebp(QSize size)
+{
+    BitWriter stream;
+    stream.put(0x2F, 8);
+    stream.put(quint32(size.width()) - 1, 14);
+    stream.put(quint32(size.height()) - 1, 14);
+    stream.put(0, 4); // No transparency, version 0
+    stream.put(0, 3); // No transformation, no colour cache, one group of codes
+    for (int channel = 0; channel < 4; ++channel) {
+        stream.put(0b101, 3); // One symbol, written in 8 bits
+        stream.put(0x77, 8);
+    }
+    stream.put(0b0001, 4); // No distances
+    QByteArray data = stream.bytes();
+    data.append(data.size() % 2, '\0');
+    const QByteArray chunk = "VP8L" + little(quint32(data.size()), 4) + data;
+    return "RIFF" + little(quint32(chunk.size()) + 4, 4) + "WEBP" + chunk;
+}
+
 QByteArray boxed(const char *type, const QByteArray &content)
 {
     return big(quint32(content.size()) + 8, 4) + type + content;
@@ -207,7 +246,15 @@ void addWrongSizes(QList<HostileImage> &images)
     images.append(
         {"true colour png of 100 megapixels",
          flatPng({10'000, 10'000}, {.bitDepth = 8, .colorType = 2, .bytesPerRow = 30'000}),
+         Outcome::Taken});
+    images.append(
+        {"interlaced png of 60 megapixels",
+         flatPng({10'000, 6'000},
+                 {.bitDepth = 8, .colorType = 2, .bytesPerRow = 30'000, .interlaced = true}),
          Outcome::Refused});
+    images.append({"lossless webp of 27 megapixels", flatWebp({5'400, 5'000}), Outcome::Taken});
+    images.append(
+        {"lossless webp of 100 megapixels", flatWebp({10'000, 10'000}), Outcome::Refused});
     images.append(
         {"16-bit png of 50 megapixels",
          flatPng({10'000, 5'000}, {.bitDepth = 16, .colorType = 6, .bytesPerRow = 80'000}),

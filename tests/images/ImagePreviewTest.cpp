@@ -1,5 +1,6 @@
 #include "ImagePreview.h"
 
+#include "DecodingCost.h"
 #include "HeicSamples.h"
 #include "ImageDecoder.h"
 #include "ImageFormat.h"
@@ -267,6 +268,23 @@ private Q_SLOTS:
             const QImage preview = previewOf(encoded(wide, format, 100));
             QVERIFY2(isNear(preview.pixel(20, 20), QColor(200, 100, 50)), format);
         }
+    }
+
+    void knowsWhatAWebpTakes()
+    {
+        constexpr QSize photograph(8000, 6000);
+        const auto bytesFor = [&](const QByteArray &chunks) {
+            const QByteArray file = "RIFF\x40\1\1\1WEBP" + chunks;
+            return decodingCost(file, ImageFormat::Webp, photograph)->bytes;
+        };
+        QVERIFY(bytesFor("VP8 ") <= maximumDecodingBytes);
+        QVERIFY(bytesFor("VP8L") > maximumDecodingBytes);
+        const QByteArray extended = QByteArray("VP8X\x0A\0\0\0\x10\0\0\0", 12);
+        QVERIFY(bytesFor(extended + "VP8 ") <= maximumDecodingBytes);
+        // Packed transparency is a lossless picture of its own.
+        QVERIFY(bytesFor(extended + "ALPH") > bytesFor("VP8L"));
+        const QByteArray animated = QByteArray("VP8X\x0A\0\0\0\x02\0\0\0", 12);
+        QVERIFY(bytesFor(animated + "VP8 ") > maximumDecodingBytes);
     }
 
     void leavesTextsBehind()
