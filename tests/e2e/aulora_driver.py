@@ -246,7 +246,7 @@ class Program:
     def choose_file(self, name):
         """Chooses a file of the home folder in the toolkit's own file chooser."""
         self.element("label", name).click()
-        self.button("Open").click()
+        self.button("Abrir").click()
 
     def in_sheet(self, name):
         """A button of the settings sheet, whatever else has the same name behind it."""

@@ -92,9 +92,10 @@ class Desktop:
         """Moves the pointer to a point of the screen, in pixels."""
         self._run("xdotool", "mousemove", str(x), str(y))
 
-    def drag_from(self, executable, mime_type, path, point, welcome=True):
+    def drag_from(self, executable, mime_type, path, point, welcome=True, before_drop=None):
         """Drags what a file holds from another program to a point of the screen and lets go;
-        whether it was taken. Waits to be welcome there, or else stays for a second."""
+        whether it was taken. Waits to be welcome there, and calls before_drop; or else stays for a
+        second."""
         if self._drag_source:
             self._drag_source.kill()
             self._drag_source.wait()
@@ -123,6 +124,8 @@ class Desktop:
         wait_until(pull, "the drag to begin")
         if welcome:
             wait_until(hover, "the drag to be welcome")
+            if before_drop:
+                before_drop()
         else:
             end = time.monotonic() + 1
             while time.monotonic() < end:

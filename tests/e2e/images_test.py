@@ -12,6 +12,7 @@ from aulora_test_case import AuloraTestCase
 
 PROMPT = ("Analizá esta imagen con finalidad educativa médica. "
           "Describí los hallazgos relevantes y explicalos de forma didáctica.")
+CHOOSER = "Elegí una imagen"
 NOT_AN_IMAGE = "El archivo no parece ser una imagen válida."
 TOO_LARGE = "La imagen es demasiado grande. Elegí una imagen de menos de 12 MB."
 
@@ -34,11 +35,12 @@ class ImagesTest(AuloraTestCase):
         path.write_bytes(data)
         return path
 
-    def drop(self, program, mime_type, path, welcome=True):
-        """Drags from another program's window and lets go over the middle of ours."""
+    def drop(self, program, mime_type, path, welcome=True, before_drop=None):
+        """Drags from another program's window and lets go over the middle of ours, having called
+        before_drop."""
         x, y = self.desktop.position(program.window)
         taken = self.desktop.drag_from(os.environ["AULORA_DRAG_SOURCE"], mime_type, path,
-                                       (x + 600, y + 300), welcome)
+                                       (x + 600, y + 300), welcome, before_drop)
         self.assertEqual(taken, welcome)
 
     def wait_for_chip(self, program):
@@ -96,6 +98,43 @@ class ImagesTest(AuloraTestCase):
         preview = Image.open(io.BytesIO(base64.b64decode(question["imagePreviewData"])))
         self.assertEqual((preview.format, preview.size), ("JPEG", (700, 467)))
 
+    def test_overlay_invites_the_drop(self):
+        program = self.start()
+        title = "Soltá la imagen para analizarla"
+
+        def see_overlay():
+            program.element("label", title)
+            program.element("label", "Aulora IA puede analizar imágenes médicas con finalidad "
+                                     "educativa.")
+
+        self.assertEqual(program.elements("label", title), [])
+        path = self.file("a.png", image_bytes("PNG"))
+        self.drop(program, "text/uri-list", path, before_drop=see_overlay)
+        program.wait_for(lambda: not program.elements("label", title), "the overlay to go")
+        self.wait_for_chip(program)
+
+    def test_question_waits_for_its_image(self):
+        program = self.start()
+        data = image_bytes("PNG", (6000, 5000))
+        program.write("¿Qué es?")
+        self.drop(program, "text/uri-list", self.file("grande.png", data))
+        program.button("Enviar").press()
+        self.assert_sent(self.assistant.next_request(), data, "image/png", "grande.png",
+                         "¿Qué es?")
+
+    def test_nothing_is_dropped_during_a_reply(self):
+        program = self.start()
+        program.ask("hola")
+        request = self.assistant.next_request()
+        program.wait_for_status("Procesando")
+        path = self.file("a.png", image_bytes("PNG"))
+        self.drop(program, "text/uri-list", path, welcome=False)
+        request.answer("Hola.\n")
+        program.wait_for_status("En línea")
+        self.assertEqual(program.elements("push button", "Quitar imagen"), [])
+        self.drop(program, "text/uri-list", path)
+        self.wait_for_chip(program)
+
     def test_dropped_data(self):
         program = self.start()
         data = image_bytes("JPEG")
@@ -119,12 +158,26 @@ class ImagesTest(AuloraTestCase):
         home = self.files / "home"
         home.mkdir()
         data = image_bytes("JPEG")
-        (home / "tejido.jpg").write_bytes(data)
+        (home / "IMG_0001.JPG").write_bytes(data)
+        (home / "notas.txt").write_text("nada que elegir")
         program = self.start(home)
         program.button("Adjuntar imagen").press()
-        program.choose_file("tejido.jpg")
+        program.element("label", CHOOSER)
+        program.element("label", "IMG_0001.JPG")
+        self.assertEqual(program.elements("label", "notas.txt"), [])
+        program.choose_file("IMG_0001.JPG")
         self.wait_for_chip(program)
-        self.assert_sent(self.send_alone(program), data, "image/jpeg", "tejido.jpg")
+        self.assertEqual(program.elements("label", CHOOSER), [])
+        self.assert_sent(self.send_alone(program), data, "image/jpeg", "IMG_0001.JPG")
+
+    def test_chooser_left_without_a_choice(self):
+        program = self.start()
+        program.button("Adjuntar imagen").press()
+        program.element("label", CHOOSER)
+        program.button("Cancelar").click()
+        program.wait_for(lambda: not program.elements("label", CHOOSER), "the chooser to go")
+        program.ask("sin imagen")
+        self.assertEqual(set(self.assistant.next_request().json), {"message", "userId"})
 
     def test_removed_again(self):
         program = self.start()
@@ -175,11 +228,13 @@ class ImagesTest(AuloraTestCase):
         program.wait_for(lambda: not program.elements("push button", "Quitar imagen"),
                          "the pending image to go")
         self.drop(program, "text/uri-list", path, welcome=False)
+        program.button("Adjuntar imagen").press()
         program.composer.click()
         self.desktop.copy(path.read_bytes(), "image/png")
         self.desktop.press("ctrl+v")
         program.ask("solo texto")
         self.assertEqual(set(self.assistant.next_request().json), {"message", "userId"})
+        self.assertEqual(program.elements("label", CHOOSER), [])
 
     def switch_analysis(self, program):
         program.button("Configuración").press()
