@@ -1,11 +1,13 @@
 """Takes pictures of every screen of the program, for looking at them.
 
-Usage: screenshots.py PROGRAM ASSISTANT_HOST CERTIFICATE KEY FOLDER
+Usage: screenshots.py PROGRAM DRAG_SOURCE ASSISTANT_HOST CERTIFICATE KEY FOLDER
 """
 
 import sys
 import tempfile
 from pathlib import Path
+
+from PIL import Image, ImageDraw, ImageFilter
 
 from desktop import Desktop
 
@@ -33,9 +35,22 @@ Verificá siempre con la bibliografía de tu cátedra.
 """
 
 
+def draw_cells(path):
+    """A picture like one through a microscope: round cells with dark nuclei."""
+    picture = Image.new("RGB", (1600, 1100), "#f6dbe4")
+    draw = ImageDraw.Draw(picture)
+    for row in range(7):
+        for column in range(9):
+            x, y = 90 + column * 180 + row % 2 * 80, 80 + row * 160 + column % 3 * 12
+            draw.ellipse([x - 82, y - 74, x + 82, y + 74], "#e3a5bf", "#b8668c", 5)
+            draw.ellipse([x - 30, y - 26, x + 26, y + 28], "#6b2d73")
+    picture.filter(ImageFilter.GaussianBlur(3)).save(path)
+
+
 class Photographer:
-    def __init__(self, executable, host, certificate, key, folder):
+    def __init__(self, executable, drag_source, host, certificate, key, folder):
         self.executable = executable
+        self.drag_source = drag_source
         self.assistant = RecordingServer(int(host.rpartition(":")[2]), certificate, key)
         self.folder = Path(folder)
 
@@ -97,9 +112,36 @@ class Photographer:
         self.take(program, f"{name}-settings")
         program.kill()
 
+    def images(self, scheme):
+        """An image on its way through the program: dropped, pending, sent, enlarged."""
+        program = self.start(tempfile.mkdtemp(prefix="home-", dir=DESKTOP.folder), scheme)
+        picture = DESKTOP.folder / "mucosa gástrica.png"
+        draw_cells(picture)
+
+        def take_overlay():
+            program.element("label", "Soltá la imagen para analizarla")
+            self.take(program, f"{scheme}-drop")
+
+        x, y = DESKTOP.position(program.window)
+        DESKTOP.drag_from(self.drag_source, "text/uri-list", picture, (x + 600, y + 300),
+                          before_drop=take_overlay)
+        program.button("Quitar imagen")
+        program.write("¿Qué tejido es?")
+        self.take(program, f"{scheme}-chip")
+        DESKTOP.press("Return")
+        self.assistant.next_request().answer("Parece **epitelio cilíndrico** simple.\n")
+        program.wait_for_status("En línea")
+        program.button("Ver imagen adjunta")
+        self.take(program, f"{scheme}-image")
+        program.button("Ver imagen adjunta").press()
+        program.button("Cerrar imagen")
+        self.take(program, f"{scheme}-viewer")
+        program.kill()
+
     def run(self):
         for scheme in ("light", "dark"):
             self.screens(scheme, scheme)
+            self.images(scheme)
         self.screens("light", "minimum", size=(940, 700))
         self.screens("light", "twice", QT_SCALE_FACTOR="2")
 
