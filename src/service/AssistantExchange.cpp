@@ -79,11 +79,6 @@ void AssistantExchange::readResponse()
         fail(StreamingError::serverError(m_response.statusCode()));
         return;
     }
-    m_replySize += body.size();
-    if (m_replySize > maximumReplySize) {
-        fail(TransportError::ReplyTooLong);
-        return;
-    }
     const QStringList lines = m_lines.decode(body);
     if (!lines.isEmpty())
         Q_EMIT linesReceived(lines);

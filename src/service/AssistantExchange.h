@@ -12,8 +12,8 @@
 #include <QStringList>
 #include <QTimer>
 
-/// One question sent to the assistant and its reply read line by line. Ends with exactly one of
-/// `finished` and `failed`.
+/// One question sent to the assistant and its reply, however long, read line by line. Ends with
+/// exactly one of `finished` and `failed`.
 ///
 /// It speaks HTTP/1.1 on a TLS connection of its own, rather than through the toolkit's HTTP
 /// client, because a question must reach the service exactly once whatever happens to the
@@ -26,10 +26,6 @@ class AssistantExchange : public QObject
     Q_OBJECT
 
 public:
-    /// Longest reply in bytes. Far beyond what anybody reads (ten million words), and little
-    /// enough that a service gone wild cannot take all memory.
-    static constexpr qint64 maximumReplySize = qint64(64) * 1024 * 1024;
-
     AssistantExchange(AssistantService service, ChatRequestBody body, QObject *parent = nullptr);
 
     /// Begins to connect. `tlsConfiguration` is what the service is trusted by.
@@ -62,6 +58,5 @@ private:
     QTimer m_idleTimer;
     HttpResponseReader m_response;
     LineDecoder m_lines;
-    qint64 m_replySize = 0;
     bool m_hasEnded = false;
 };

@@ -57,8 +57,6 @@ QString transportErrorDescription(TransportError error)
         return u"El servicio tardó demasiado en responder."_s;
     case TransportError::NoNetwork:
         return u"No hay conexión a Internet."_s;
-    case TransportError::ReplyTooLong:
-        return u"La respuesta del servicio es demasiado larga."_s;
     case TransportError::Other:
         return u"No se pudo completar la comunicación con el servicio."_s;
     }

@@ -11,7 +11,6 @@ enum class TransportError {
     SecureConnectionFailed,
     TimedOut,
     NoNetwork,
-    ReplyTooLong,
     Other,
 };
 

@@ -107,6 +107,11 @@ void ScriptedConnection::sendByteByByte(QByteArrayView bytes)
         send(bytes.sliced(i, 1));
 }
 
+void ScriptedConnection::sendPastTls(QByteArrayView bytes)
+{
+    ::send(m_socket, bytes.data(), bytes.size(), MSG_NOSIGNAL);
+}
+
 void ScriptedConnection::close()
 {
     if (m_tls)

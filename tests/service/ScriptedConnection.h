@@ -44,6 +44,8 @@ public:
     /// False when the client takes no more.
     bool send(QByteArrayView bytes);
     void sendByteByByte(QByteArrayView bytes);
+    /// Sends `bytes` as they are on a connection that speaks TLS.
+    void sendPastTls(QByteArrayView bytes);
     /// The orderly end: TLS says goodbye, then the socket closes.
     void close();
     /// The socket closes, and TLS has said nothing.

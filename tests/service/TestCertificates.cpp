@@ -34,6 +34,13 @@ void addExtension(X509 *certificate, int kind, const QByteArray &value)
     X509_EXTENSION_free(extension);
 }
 
+QByteArray alternativeName(const QByteArray &host)
+{
+    const std::shared_ptr<ASN1_OCTET_STRING> address(a2i_IPADDRESS(host.constData()),
+                                                     ASN1_OCTET_STRING_free);
+    return (address ? "IP:" : "DNS:") + host;
+}
+
 /// Signed by `issuerKey` in the name of `issuer`; of itself when `issuer` is null.
 Certificate makeCertificate(const CertificateRequest &request, const Key &key, X509 *issuer,
                             const Key &issuerKey)
@@ -43,8 +50,10 @@ Certificate makeCertificate(const CertificateRequest &request, const Key &key, X
     X509 *x509 = certificate.get();
     X509_set_version(x509, X509_VERSION_3);
     ASN1_INTEGER_set(X509_get_serialNumber(x509), ++serialNumber);
-    const long end = request.validity == Validity::Expired ? -secondsPerHour : secondsPerHour;
-    X509_gmtime_adj(X509_getm_notBefore(x509), -2 * secondsPerHour);
+    const bool isNotYet = request.validity == Validity::NotYet;
+    const long begin = isNotYet ? secondsPerHour : -2 * secondsPerHour;
+    const long end = request.validity == Validity::Expired ? -secondsPerHour : 2 * secondsPerHour;
+    X509_gmtime_adj(X509_getm_notBefore(x509), begin);
     X509_gmtime_adj(X509_getm_notAfter(x509), end);
     X509_set_pubkey(x509, key.get());
     X509_NAME_add_entry_by_txt(X509_get_subject_name(x509), "CN", MBSTRING_UTF8,
@@ -105,7 +114,7 @@ ServerCredentials TestAuthority::issue(const QByteArray &host, Validity validity
 {
     const Key key = makeKey();
     const Certificate certificate = makeCertificate({.subject = host,
-                                                     .alternativeName = "DNS:" + host,
+                                                     .alternativeName = alternativeName(host),
                                                      .basicConstraints = "CA:FALSE",
                                                      .validity = validity},
                                                     key, m_certificate.get(), m_key);
@@ -115,8 +124,9 @@ ServerCredentials TestAuthority::issue(const QByteArray &host, Validity validity
 ServerCredentials selfSignedCredentials(const QByteArray &host)
 {
     const Key key = makeKey();
-    const Certificate certificate = makeCertificate(
-        {.subject = host, .alternativeName = "DNS:" + host, .basicConstraints = "critical,CA:TRUE"},
-        key, nullptr, key);
+    const Certificate certificate = makeCertificate({.subject = host,
+                                                     .alternativeName = alternativeName(host),
+                                                     .basicConstraints = "critical,CA:TRUE"},
+                                                    key, nullptr, key);
     return {.certificate = pemCertificate(certificate.get()), .key = pemKey(key.get())};
 }

@@ -17,6 +17,7 @@ struct ServerCredentials
 enum class Validity {
     Current,
     Expired, ///< ended an hour ago
+    NotYet, ///< begins in an hour
 };
 
 /// A certificate authority of this test run only.
@@ -28,6 +29,7 @@ public:
     /// The authority's own certificate, PEM.
     QByteArray certificate() const;
 
+    /// `host` is a name or an address.
     ServerCredentials issue(const QByteArray &host, Validity validity = Validity::Current) const;
 
 private:

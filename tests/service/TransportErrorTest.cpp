@@ -50,12 +50,6 @@ private Q_SLOTS:
         QCOMPARE(transportErrorDescription(transportErrorFrom(error, presence)), description);
     }
 
-    void saysTooLong()
-    {
-        QCOMPARE(transportErrorDescription(TransportError::ReplyTooLong),
-                 u"La respuesta del servicio es demasiado larga."_s);
-    }
-
     void hasOneShortSentenceForEveryErrorOfTheToolkit()
     {
         const auto errors = QMetaEnum::fromType<QAbstractSocket::SocketError>();
