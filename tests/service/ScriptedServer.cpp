@@ -13,29 +13,49 @@
 
 namespace {
 
-sockaddr_in loopbackAddress()
+/// A socket bound to `port` of the loopback interface, or to a free one for 0; -1 when it is taken.
+int boundSocket(int family, quint16 port = 0)
 {
-    sockaddr_in address{};
-    address.sin_family = AF_INET;
-    address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    return address;
-}
+    sockaddr_in ipv4{};
+    ipv4.sin_family = AF_INET;
+    ipv4.sin_port = htons(port);
+    ipv4.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+    sockaddr_in6 ipv6{};
+    ipv6.sin6_family = AF_INET6;
+    ipv6.sin6_port = htons(port);
+    ipv6.sin6_addr = in6addr_loopback;
 
-/// A socket bound to a free port of the loopback interface.
-int boundSocket()
-{
-    const int socket = ::socket(AF_INET, SOCK_STREAM, 0);
-    const sockaddr_in address = loopbackAddress();
-    bind(socket, reinterpret_cast<const sockaddr *>(&address), sizeof address);
-    return socket;
+    const int socket = ::socket(family, SOCK_STREAM, 0);
+    const int result = family == AF_INET
+        ? bind(socket, reinterpret_cast<const sockaddr *>(&ipv4), sizeof ipv4)
+        : bind(socket, reinterpret_cast<const sockaddr *>(&ipv6), sizeof ipv6);
+    if (result == 0)
+        return socket;
+    ::close(socket);
+    return -1;
 }
 
 quint16 portOf(int socket)
 {
-    sockaddr_in address{};
+    sockaddr_storage address{};
     socklen_t size = sizeof address;
     getsockname(socket, reinterpret_cast<sockaddr *>(&address), &size);
-    return ntohs(address.sin_port);
+    return ntohs(address.ss_family == AF_INET
+                     ? reinterpret_cast<const sockaddr_in &>(address).sin_port
+                     : reinterpret_cast<const sockaddr_in6 &>(address).sin6_port);
+}
+
+std::vector<int> boundSockets(Loopback loopback)
+{
+    if (loopback != Loopback::Both)
+        return {boundSocket(loopback == Loopback::IPv4 ? AF_INET : AF_INET6)};
+    while (true) {
+        const int ipv4 = boundSocket(AF_INET);
+        const int ipv6 = boundSocket(AF_INET6, portOf(ipv4));
+        if (ipv6 >= 0)
+            return {ipv4, ipv6};
+        ::close(ipv4);
+    }
 }
 
 std::shared_ptr<SSL_CTX> contextFor(const ServerCredentials &credentials)
@@ -55,16 +75,19 @@ std::shared_ptr<SSL_CTX> contextFor(const ServerCredentials &credentials)
 
 } // namespace
 
-ScriptedServer::ScriptedServer(const ServerCredentials &credentials, Script script)
+ScriptedServer::ScriptedServer(const ServerCredentials &credentials, Script script,
+                               Loopback loopback)
     : m_script(std::move(script))
     , m_context(contextFor(credentials))
-    , m_listener(boundSocket())
-    , m_port(portOf(m_listener))
+    , m_listeners(boundSockets(loopback))
+    , m_port(portOf(m_listeners.front()))
 {
     // OpenSSL writes to sockets whose client has gone.
     std::signal(SIGPIPE, SIG_IGN);
-    listen(m_listener, SOMAXCONN);
-    m_acceptor = std::thread(&ScriptedServer::acceptConnections, this);
+    for (const int listener : m_listeners) {
+        listen(listener, SOMAXCONN);
+        m_acceptors.emplace_back(&ScriptedServer::acceptConnections, this, listener);
+    }
 }
 
 ScriptedServer::~ScriptedServer()
@@ -75,11 +98,14 @@ ScriptedServer::~ScriptedServer()
         for (const int socket : m_openSockets)
             shutdown(socket, SHUT_RDWR);
     }
-    shutdown(m_listener, SHUT_RDWR);
-    m_acceptor.join();
+    for (const int listener : m_listeners)
+        shutdown(listener, SHUT_RDWR);
+    for (std::thread &acceptor : m_acceptors)
+        acceptor.join();
     for (std::thread &connection : m_connections)
         connection.join();
-    ::close(m_listener);
+    for (const int listener : m_listeners)
+        ::close(listener);
 }
 
 int ScriptedServer::connectionCount() const
@@ -101,10 +127,10 @@ bool ScriptedServer::waitForRequests(int count, std::chrono::milliseconds patien
                                       [this, count] { return m_requests.size() >= count; });
 }
 
-void ScriptedServer::acceptConnections()
+void ScriptedServer::acceptConnections(int listener)
 {
     while (true) {
-        const int socket = accept(m_listener, nullptr, nullptr);
+        const int socket = accept(listener, nullptr, nullptr);
         if (socket < 0)
             return;
         const std::lock_guard lock(m_mutex);
@@ -140,9 +166,17 @@ void ScriptedServer::record(const RecordedRequest &request)
     m_requestRecorded.notify_all();
 }
 
+bool hasIPv6Loopback()
+{
+    const int socket = boundSocket(AF_INET6);
+    if (socket >= 0)
+        ::close(socket);
+    return socket >= 0;
+}
+
 quint16 unusedPort()
 {
-    const int socket = boundSocket();
+    const int socket = boundSocket(AF_INET);
     const quint16 port = portOf(socket);
     ::close(socket);
     return port;

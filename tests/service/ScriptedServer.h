@@ -14,16 +14,24 @@
 #include <thread>
 #include <vector>
 
-/// A TLS server on a free port of the loopback interface that does to each client what its script
-/// says. Made of sockets and OpenSSL alone, so that it does not share the mistakes of the code
-/// that it tests.
+/// Where on the loopback interface a server listens.
+enum class Loopback {
+    IPv4,
+    IPv6,
+    Both, ///< on one port
+};
+
+/// A TLS server on a free port of the loopback interface, nothing but 127.0.0.1 and ::1, that does
+/// to each client what its script says. Made of sockets and OpenSSL alone, so that it does not
+/// share the mistakes of the code that it tests.
 class ScriptedServer
 {
 public:
     /// What happens on each connection, on a thread of its own. When it returns the socket closes.
     using Script = std::function<void(ScriptedConnection &)>;
 
-    ScriptedServer(const ServerCredentials &credentials, Script script);
+    ScriptedServer(const ServerCredentials &credentials, Script script,
+                   Loopback loopback = Loopback::IPv4);
     ~ScriptedServer();
 
     ScriptedServer(const ScriptedServer &) = delete;
@@ -38,13 +46,13 @@ public:
     bool waitForRequests(int count, std::chrono::milliseconds patience) const;
 
 private:
-    void acceptConnections();
+    void acceptConnections(int listener);
     void serve(int socket);
     void record(const RecordedRequest &request);
 
     Script m_script;
     std::shared_ptr<ssl_ctx_st> m_context;
-    int m_listener = -1;
+    std::vector<int> m_listeners;
     quint16 m_port = 0;
 
     mutable std::mutex m_mutex;
@@ -53,8 +61,11 @@ private:
     std::vector<int> m_openSockets;
     bool m_stopping = false;
     std::vector<std::thread> m_connections;
-    std::thread m_acceptor;
+    std::vector<std::thread> m_acceptors;
 };
+
+/// Whether this system has the address ::1.
+bool hasIPv6Loopback();
 
 /// A port of the loopback interface on which nobody listens.
 quint16 unusedPort();
