@@ -1,73 +1,83 @@
 #include "Base64.h"
 
+#include <QtEndian>
+
 #include <array>
 #include <cstdint>
+#include <string_view>
 
 namespace {
 
-constexpr uint8_t invalid = 0x80;
+constexpr std::string_view alphabet
+    = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
-constexpr std::array<uint8_t, 256> makeDigitValues()
+/// What a character contributes to the three bytes of its group, first byte lowest; for one outside
+/// the alphabet `invalid`, which no digit has bits of.
+using Contributions = std::array<uint32_t, 256>;
+constexpr uint32_t invalid = 0xFF00'0000;
+
+/// Of the digit at `place` of a group, 0 to 3. A table for each place leaves nothing to do for a
+/// digit but to look it up.
+constexpr Contributions contributionsAt(int place)
 {
-    std::array<uint8_t, 256> values{};
-    values.fill(invalid);
-    uint8_t value = 0;
-    for (int c = 'A'; c <= 'Z'; ++c)
-        values[c] = value++;
-    for (int c = 'a'; c <= 'z'; ++c)
-        values[c] = value++;
-    for (int c = '0'; c <= '9'; ++c)
-        values[c] = value++;
-    values['+'] = value++;
-    values['/'] = value++;
-    return values;
+    Contributions contributions{};
+    contributions.fill(invalid);
+    for (uint32_t value = 0; value < alphabet.size(); ++value) {
+        const uint32_t bits = value << (18 - 6 * place);
+        contributions[uint8_t(alphabet[value])]
+            = (bits >> 16 & 0xFF) | (bits & 0xFF00) | (bits & 0xFF) << 16;
+    }
+    return contributions;
 }
 
-constexpr std::array<uint8_t, 256> digitValues = makeDigitValues();
+constexpr std::array places{contributionsAt(0), contributionsAt(1), contributionsAt(2),
+                            contributionsAt(3)};
 
-uint8_t digitValue(char c)
+uint32_t contribution(int place, char digit)
 {
-    return digitValues[static_cast<uint8_t>(c)];
+    return places[place][uint8_t(digit)];
+}
+
+uint32_t decodedGroup(const char *digits)
+{
+    return contribution(0, digits[0]) | contribution(1, digits[1]) | contribution(2, digits[2])
+        | contribution(3, digits[3]);
 }
 
 } // namespace
 
 std::optional<QByteArray> decodeBase64(QByteArrayView text)
 {
-    if (text.size() % 4 != 0)
+    constexpr qsizetype groupDigits = 4;
+    constexpr qsizetype groupBytes = 3;
+    if (text.size() % groupDigits != 0)
         return std::nullopt;
+    if (text.isEmpty())
+        return QByteArray("");
     const qsizetype padding = text.endsWith("==") ? 2 : text.endsWith('=') ? 1 : 0;
-    const qsizetype wholeGroups = (text.size() - padding) / 4;
 
-    QByteArray bytes(text.size() / 4 * 3 - padding, Qt::Uninitialized);
+    QByteArray bytes(text.size() / groupDigits * groupBytes - padding, Qt::Uninitialized);
     const char *in = text.data();
+    const char *lastGroup = text.data() + text.size() - groupDigits;
     char *out = bytes.data();
     uint32_t seen = 0;
-    for (qsizetype group = 0; group < wholeGroups; ++group, in += 4, out += 3) {
-        const uint32_t a = digitValue(in[0]);
-        const uint32_t b = digitValue(in[1]);
-        const uint32_t c = digitValue(in[2]);
-        const uint32_t d = digitValue(in[3]);
-        seen |= a | b | c | d;
-        const uint32_t bits = a << 18 | b << 12 | c << 6 | d;
-        out[0] = char(bits >> 16);
-        out[1] = char(bits >> 8);
-        out[2] = char(bits);
+    // Every group but the last is stored with a byte too many, which the next one overwrites.
+    for (; in != lastGroup; in += groupDigits, out += groupBytes) {
+        const uint32_t group = decodedGroup(in);
+        seen |= group;
+        qToLittleEndian(group, out);
     }
 
-    if (padding > 0) {
-        const uint32_t a = digitValue(in[0]);
-        const uint32_t b = digitValue(in[1]);
-        const uint32_t c = padding == 1 ? digitValue(in[2]) : 0;
-        const uint32_t leftOver = padding == 1 ? c & 0x03 : b & 0x0F;
-        seen |= a | b | c;
-        if (leftOver != 0)
-            return std::nullopt;
-        out[0] = char(a << 2 | b >> 4);
-        if (padding == 1)
-            out[1] = char(b << 4 | c >> 2);
-    }
-    if (seen & invalid)
+    // The digits that padding stands for count as zeros; what is left over for them must be zeros.
+    const std::array<char, groupDigits> digits{in[0], in[1], padding == 2 ? 'A' : in[2],
+                                               padding > 0 ? 'A' : in[3]};
+    const uint32_t group = decodedGroup(digits.data());
+    seen |= group;
+    const qsizetype size = groupBytes - padding;
+    for (qsizetype i = 0; i < size; ++i)
+        out[i] = char(group >> (8 * i));
+    const bool isLeftOver = padding > 0 && (group & 0xFF'FFFF) >> (8 * size) != 0;
+    if ((seen & invalid) || isLeftOver)
         return std::nullopt;
     return bytes;
 }
