@@ -94,8 +94,8 @@ const Subject &subject(const benchmark::State &state)
     return *found;
 }
 
-/// All of them at once, as a loaded history holds them; with our own decoder, which is ten times
-/// as fast as QByteArray's.
+/// All of them at once, as a loaded history holds them; with our own decoder, which is many
+/// times as fast as QByteArray's.
 void decodePreviews(const Subject &subject)
 {
     QList<std::optional<QByteArray>> previews;
