@@ -8,7 +8,7 @@
 PreferenceStore::PreferenceStore(std::unique_ptr<PreferenceBackend> backend, QObject *parent)
     : QObject(parent)
     , m_writer(std::make_unique<PreferenceWriter>(std::move(backend), [this] {
-        QMetaObject::invokeMethod(this, &PreferenceStore::reportFailure, Qt::QueuedConnection);
+        QMetaObject::invokeMethod(this, &PreferenceStore::reportNews, Qt::QueuedConnection);
     }))
 { }
 
@@ -82,12 +82,17 @@ void PreferenceStore::remove(const QString &key)
 bool PreferenceStore::flush()
 {
     const bool isCommitted = m_writer->flush();
-    reportFailure();
+    reportNews();
     return isCommitted;
 }
 
-void PreferenceStore::reportFailure()
+void PreferenceStore::reportNews()
 {
+    if (const auto late = m_writer->takeLateScalars()) {
+        scalars().insert(*late);
+        for (auto it = late->cbegin(); it != late->cend(); ++it)
+            Q_EMIT changed(it.key());
+    }
     if (const auto failure = m_writer->takeFailure())
         Q_EMIT commitFailed(*failure);
 }

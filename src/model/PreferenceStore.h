@@ -24,7 +24,8 @@ class PreferenceWriter;
 ///
 /// What is stored but cannot be read, for a lack of permission or because another program holds it,
 /// counts as absent, but nothing takes its place: no commit succeeds before it is read. Then
-/// strings and booleans stay as they are stored, whatever was set meanwhile, and bytes are merged.
+/// strings and booleans become again what is stored, whatever was set meanwhile, and bytes are
+/// merged.
 ///
 /// Every function belongs to the thread that made the store.
 class PreferenceStore : public QObject
@@ -62,7 +63,7 @@ public:
     bool flush();
 
 Q_SIGNALS:
-    /// The value under `key` was set or removed in this process.
+    /// The value under `key` was set or removed in this process, or could be read at last.
     void changed(const QString &key);
     /// Commits began to fail; emitted once, and again only after one that succeeded.
     void commitFailed(const QString &description);
@@ -71,7 +72,7 @@ private:
     template <typename Value>
     std::optional<Value> scalar(const QString &key) const;
     QHash<QString, PreferenceValue> &scalars() const;
-    void reportFailure();
+    void reportNews();
 
     std::unique_ptr<PreferenceWriter> m_writer;
     /// All strings and booleans as they now are; absent until first needed, so that the start need

@@ -28,9 +28,9 @@ PreferenceValue evaluated(const PreferenceWriter::PendingValue &pending)
 } // namespace
 
 PreferenceWriter::PreferenceWriter(std::unique_ptr<PreferenceBackend> backend,
-                                   std::function<void()> failed)
+                                   std::function<void()> news)
     : m_backend(std::move(backend))
-    , m_failed(std::move(failed))
+    , m_news(std::move(news))
     , m_retryDelay(firstRetryDelay)
     , m_thread(QThread::create([this] { run(); }))
 {
@@ -93,6 +93,10 @@ void PreferenceWriter::set(const QString &key, PendingValue value)
 {
     {
         const std::scoped_lock lock(m_mutex);
+        const bool isScalar
+            = std::holds_alternative<QString>(value) || std::holds_alternative<bool>(value);
+        if (isScalar && m_lateScalars && m_lateScalars->contains(key))
+            return;
         if (std::holds_alternative<std::monostate>(value)) {
             m_isRemoving = true;
             m_unread.remove(key);
@@ -114,6 +118,12 @@ bool PreferenceWriter::flush()
         return m_failures != failuresBefore || (m_pending.isEmpty() && m_inFlight.isEmpty());
     });
     return m_failures == failuresBefore;
+}
+
+std::optional<QHash<QString, PreferenceValue>> PreferenceWriter::takeLateScalars()
+{
+    const std::scoped_lock lock(m_mutex);
+    return std::exchange(m_lateScalars, std::nullopt);
 }
 
 std::optional<QString> PreferenceWriter::takeFailure()
@@ -152,12 +162,19 @@ std::optional<QString> PreferenceWriter::loadScalars(std::unique_lock<std::mutex
         m_areScalarsRead = true;
         // An identifier made because none could be read must not take the place of the real one.
         m_pending.removeIf([&](const auto &entry) { return stored->contains(entry.key()); });
+        if (m_storedScalars)
+            m_lateScalars = *stored;
         m_storedScalars = std::move(*stored);
     } else {
         m_readFailure = std::get<PreferenceReadError>(loaded).description;
         m_storedScalars.emplace();
     }
     m_progress.notify_all();
+    if (m_lateScalars) {
+        lock.unlock();
+        m_news();
+        lock.lock();
+    }
     return m_areScalarsRead ? std::nullopt : m_readFailure;
 }
 
@@ -208,7 +225,7 @@ void PreferenceWriter::commit(std::unique_lock<std::mutex> &lock)
 
     lock.unlock();
     if (isNews)
-        m_failed();
+        m_news();
     // The last hold on a large history may be here; nobody waits while it is let go.
     values.clear();
     lock.lock();

@@ -30,9 +30,9 @@ public:
     /// A value on its way to the disk; `std::monostate` removes the key.
     using PendingValue = std::variant<std::monostate, DataSource, QString, bool>;
 
-    /// Starts the thread. `failed` is called on it after a commit that left something to take with
-    /// `takeFailure`.
-    PreferenceWriter(std::unique_ptr<PreferenceBackend> backend, std::function<void()> failed);
+    /// Starts the thread. `news` is called on it when there is something to take with
+    /// `takeFailure` or `takeLateScalars`.
+    PreferenceWriter(std::unique_ptr<PreferenceBackend> backend, std::function<void()> news);
     /// Tries once more to commit what is pending, and ends the thread.
     ~PreferenceWriter();
 
@@ -54,11 +54,16 @@ public:
     void setMerge(const QString &key, Merge merge);
 
     /// Takes the place of any value of `key` that is still pending. A removal also deletes what was
-    /// kept of damaged stores, and what could not be read.
+    /// kept of damaged stores, and what could not be read. A string or boolean does nothing while
+    /// `takeLateScalars` has one of that key: whoever sets it has not seen that.
     void set(const QString &key, PendingValue value);
 
     /// Waits until nothing is pending, which is true, or a commit has failed, which is false.
     bool flush();
+
+    /// The strings and booleans that `storedScalars` was too early for, once; nothing when it was
+    /// not, or while they still cannot be read.
+    std::optional<QHash<QString, PreferenceValue>> takeLateScalars();
 
     /// Why commits began to fail, once; nothing when it was taken or they succeed.
     std::optional<QString> takeFailure();
@@ -83,7 +88,7 @@ private:
     std::optional<QString> write(std::unique_lock<std::mutex> &lock, const PendingValues &values);
 
     std::unique_ptr<PreferenceBackend> m_backend;
-    const std::function<void()> m_failed;
+    const std::function<void()> m_news;
 
     std::mutex m_mutex;
     std::condition_variable m_wakeWriter;
@@ -97,6 +102,7 @@ private:
     bool m_isRemoving = false;
     Read *m_read = nullptr;
     bool m_areScalarsRead = false;
+    std::optional<QHash<QString, PreferenceValue>> m_lateScalars;
     /// Keys whose bytes could not be read.
     QSet<QString> m_unread;
     std::optional<QString> m_readFailure;

@@ -90,6 +90,8 @@ private Q_SLOTS:
     void aNewerValueWinsOverAFailedOne();
     void triesOnceMoreAtTheEnd();
     void textsThatCannotBeReadStay();
+    void textsReadLateAreTold();
+    void aTextReadLateStaysUntilItIsTold();
     void bytesThatCannotBeReadStay();
     void bytesReadLateAreMergedWithEveryValue();
     void bytesReadAtLastAreTheReaders();
@@ -479,6 +481,61 @@ void PreferenceStoreTest::textsThatCannotBeReadStay()
     store.setBoolean(u"flag"_s, true);
     QVERIFY(store.flush());
     QCOMPARE(memory->value(u"flag"_s), PreferenceValue(true));
+}
+
+void PreferenceStoreTest::textsReadLateAreTold()
+{
+    const auto memory = std::make_shared<PreferenceMemory>();
+    memory->setValue(u"identifier"_s, u"stored"_s);
+    memory->setValue(u"flag"_s, false);
+    memory->setReadFailure(u"busy"_s);
+    PreferenceStore store(std::make_unique<MemoryPreferenceBackend>(memory));
+    QCOMPARE(store.string(u"identifier"_s), std::nullopt);
+    store.setBoolean(u"flag"_s, true);
+    store.setString(u"other"_s, u"set"_s);
+    QVERIFY(!store.flush());
+
+    // Without a further change or flush.
+    const QSignalSpy changes(&store, &PreferenceStore::changed);
+    memory->setReadFailure(std::nullopt);
+    QTRY_COMPARE_WITH_TIMEOUT(changes.size(), 2, 20'000);
+    const QStringList keys{changes[0].first().toString(), changes[1].first().toString()};
+    QVERIFY(keys.contains(u"identifier"_s) && keys.contains(u"flag"_s));
+    QCOMPARE(store.string(u"identifier"_s), u"stored"_s);
+    QCOMPARE(store.boolean(u"flag"_s), false);
+    QCOMPARE(store.string(u"other"_s), u"set"_s);
+    QVERIFY(store.flush());
+    QCOMPARE(changes.size(), 2);
+}
+
+void PreferenceStoreTest::aTextReadLateStaysUntilItIsTold()
+{
+    const auto memory = std::make_shared<PreferenceMemory>();
+    memory->setValue(u"identifier"_s, u"stored"_s);
+    memory->setReadFailure(u"busy"_s);
+    PreferenceStore store(std::make_unique<MemoryPreferenceBackend>(memory));
+    QCOMPARE(store.string(u"identifier"_s), std::nullopt);
+    memory->setReadFailure(std::nullopt);
+
+    // All is read by the time that a value is evaluated, and this thread has not been told yet.
+    QSemaphore started;
+    QSemaphore mayEnd;
+    store.setData(u"slow"_s, [&] {
+        started.release();
+        mayEnd.acquire();
+        return QByteArray("1");
+    });
+    started.acquire();
+    QCOMPARE(store.string(u"identifier"_s), std::nullopt);
+    store.setString(u"identifier"_s, u"made anew"_s);
+    mayEnd.release();
+    QVERIFY(store.flush());
+    QCOMPARE(store.string(u"identifier"_s), u"stored"_s);
+    QCOMPARE(memory->value(u"identifier"_s), PreferenceValue(u"stored"_s));
+
+    store.setString(u"identifier"_s, u"changed"_s);
+    QVERIFY(store.flush());
+    QCOMPARE(memory->value(u"identifier"_s), PreferenceValue(u"changed"_s));
 }
 
 void PreferenceStoreTest::bytesThatCannotBeReadStay()
