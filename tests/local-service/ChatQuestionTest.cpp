@@ -26,6 +26,16 @@ private Q_SLOTS:
         QVERIFY(!question->image);
     }
 
+    void readsEveryEscape()
+    {
+        const auto parsed = parseChatQuestion(
+            json(R"({'message':'a\u0000\"\\\/\b\f\n\r\tb','userId':'\\','\"':'\\\"'})"));
+        const auto *question = std::get_if<ChatQuestion>(&parsed);
+        QVERIFY(question);
+        QCOMPARE(question->message, u"a\0\"\\/\b\f\n\r\tb"_s);
+        QCOMPARE(question->userId, u"\\"_s);
+    }
+
     void readsAnImage()
     {
         const auto parsed
@@ -44,7 +54,7 @@ private Q_SLOTS:
         QTest::addColumn<QByteArray>("body");
         QTest::addColumn<QString>("reason");
 
-        const auto notJson = u"El cuerpo no es JSON válido."_s;
+        const auto notJson = u"El cuerpo no es un objeto JSON válido."_s;
         const auto notBase64 = u"El campo \"imageBase64\" no es Base64 válido."_s;
         const auto image = [](const QByteArray &base64) {
             return json("{'message':'m','userId':'u','imageBase64':'" + base64 + "'}");
@@ -55,7 +65,18 @@ private Q_SLOTS:
         QTest::newRow("junk after the object") << json("{'message':'m','userId':'u'}x") << notJson;
         QTest::newRow("too deep") << QByteArray(5000, '[') + QByteArray(5000, ']')
                                   << u"El JSON tiene demasiados niveles anidados."_s;
-        QTest::newRow("an array") << QByteArray("[]") << u"El cuerpo debe ser un objeto JSON."_s;
+        QTest::newRow("two objects") << json("{'message':'m','userId':'u'}").repeated(2) << notJson;
+        QTest::newRow("too deep below a key")
+            << "{\"a\":" + QByteArray(5000, '[') << u"El JSON tiene demasiados niveles anidados."_s;
+        for (const char *value : {"[]", "1", "\"a\"", "null", "true"})
+            QTest::newRow(value) << QByteArray(value) << notJson;
+        QTest::newRow("NUL in a text")
+            << json("{'message':'a") + '\0' + json("b','userId':'u'}") << notJson;
+        QTest::newRow("NUL between")
+            << json("{'message':'a',") + '\0' + json("'userId':'u'}") << notJson;
+        QTest::newRow("line end in a text") << json("{'message':'a\nb','userId':'u'}") << notJson;
+        QTest::newRow("tab in a key") << json("{'message':'a','userId':'u','\t':1}") << notJson;
+        QTest::newRow("no such escape") << json("{'message':'a\\x','userId':'u'}") << notJson;
         QTest::newRow("no message") << json("{'userId':'u'}") << u"Falta el campo \"message\"."_s;
         QTest::newRow("no user") << json("{'message':'m'}") << u"Falta el campo \"userId\"."_s;
         QTest::newRow("message is a number")

@@ -147,7 +147,8 @@ private Q_SLOTS:
             << QByteArray("/api/chat");
         QTest::newRow("line end in the path")
             << plain("GET /a%0Ab") << 404 << QByteArray("/api/chat");
-        for (const QByteArray method : {"GET", "PUT", "PATCH", "DELETE", "OPTIONS", "TRACE"}) {
+        for (const QByteArray method :
+             {"GET", "PUT", "PATCH", "DELETE", "OPTIONS", "TRACE", "PROPFIND", "HOLA"}) {
             QTest::newRow(method + " instead of POST")
                 << plain(method + " /api/chat", "Content-Length: 0\r\n") << 405
                 << QByteArray("POST");
@@ -169,6 +170,32 @@ private Q_SLOTS:
                      "Content-Type: application/json\r\nExpect: 100-continue\r\n"
                      "Content-Length: 30000000\r\n")
             << 413 << QByteArray("20 MiB");
+        const QByteArray json = "Content-Type: application/json\r\n";
+        QTest::newRow("too large to be told a reason in full")
+            << plain("POST /api/chat", json + "Content-Length: 1000000000000\r\n") << 413
+            << QByteArray("20 MiB");
+        QTest::newRow("a length beyond measure")
+            << plain("POST /api/chat", json + "Content-Length: 18446744073709551615\r\n") << 413
+            << QByteArray("20 MiB");
+        QTest::newRow("no length")
+            << plain("POST /api/chat", json) + good << 400 << QByteArray("JSON");
+        QTest::newRow("a negative length")
+            << plain("POST /api/chat", json + "Content-Length: -1\r\n") + good << 400
+            << QByteArray("mal formado");
+        QTest::newRow("a length that is no number")
+            << plain("POST /api/chat", json + "Content-Length: abc\r\n") + good << 400
+            << QByteArray("mal formado");
+        QTest::newRow("two lengths")
+            << plain("POST /api/chat", json + "Content-Length: 2\r\nContent-Length: 200\r\n") + good
+            << 400 << QByteArray("mal formado");
+        QTest::newRow("compressed in transfer")
+            << plain("POST /api/chat", json + "Transfer-Encoding: gzip, chunked\r\n") << 400
+            << QByteArray("mal formado");
+        QTest::newRow("a chunk size that is no number")
+            << plain("POST /api/chat", json + "Transfer-Encoding: chunked\r\n") + "xyz\r\n"
+            << 400 << QByteArray("mal formado");
+        QTest::newRow("HTTP 2") << QByteArray("POST /api/chat HTTP/2\r\n\r\n") << 400
+                                << QByteArray("HTTP");
         QTest::newRow("too long an address")
             << plain("GET /" + QByteArray(9000, 'a')) << 414 << QByteArray("larga");
     }
@@ -336,16 +363,19 @@ private Q_SLOTS:
             HttpsExchange::post(json("{'message':'Secreto")),
             plain("GET /nada%0Ahay%1B[2J?Secreto=1"),
             plain("GET /api/chat", "X-Secreto: 1\r\n"),
+            "Secreto de uno HTTP/1.1\r\n\r\n",
+            "\x1b[31mSecreto /Secreto HTTP/1.1\r\n\r\n",
         };
         for (const QByteArray &request : requests) {
             const auto exchange = service.send(request);
             QTRY_VERIFY_WITH_TIMEOUT(exchange->isClosed(), patience);
         }
-        QTRY_COMPARE_WITH_TIMEOUT(service.log().count(u'\n'), 4, patience);
+        QTRY_COMPARE_WITH_TIMEOUT(service.log().count(u'\n'), requests.size(), patience);
         static const QRegularExpression line(
-            u"^\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}Z (POST|GET) /\\S* \\d{3} \\d+ B \\d+ ms$"_s);
+            u"^\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}Z (POST|GET|-) (/\\S*|-) \\d{3} \\d+ B \\d+ ms$"_s);
         const QStringList lines = service.log().split(u'\n', Qt::SkipEmptyParts);
-        const QStringList statuses{u" 200 "_s, u" 400 "_s, u" 404 "_s, u" 405 "_s};
+        const QStringList statuses{u" 200 "_s, u" 400 "_s, u" 404 "_s,
+                                   u" 405 "_s, u" 400 "_s, u" 400 "_s};
         for (qsizetype i = 0; i < lines.size(); ++i) {
             QVERIFY2(line.match(lines[i]).hasMatch(), qPrintable(lines[i]));
             QVERIFY2(lines[i].contains(statuses[i]), qPrintable(lines[i]));

@@ -24,6 +24,13 @@ private Q_SLOTS:
         QTest::newRow("control characters")
             << u"GET"_s << u"/a\n\u001b[2J é"_s
             << QByteArray("GET /a%0A%1B%5B2J%20%C3%A9 200 1234 B 56 ms");
+        for (const QString &method : {u"\u001b[31mGET"_s, u"Secreto"_s, u"{\"message\":\"a\"}"_s,
+                                      u"GET\n"_s, QString(21, u'A'), u"É"_s}) {
+            QTest::newRow(qPrintable(u"no method: "_s + method.toHtmlEscaped()))
+                << method << u"/"_s << QByteArray("- / 200 1234 B 56 ms");
+        }
+        QTest::newRow("longest method")
+            << QString(20, u'A') << u"/"_s << QByteArray(20, 'A') + " / 200 1234 B 56 ms";
         QTest::newRow("percent") << u"GET"_s << u"/%0A"_s
                                  << QByteArray("GET /%250A 200 1234 B 56 ms");
         QTest::newRow("long") << u"GET"_s << QString(5000, u'a')

@@ -19,16 +19,21 @@ static std::optional<Refusal> checkEnvelope(const IncomingRequest &request)
     if (request.path != "/api/chat"_L1)
         return Refusal{404, u"Esa dirección no existe. Las preguntas van a /api/chat."_s};
     if (request.method != "POST"_L1)
-        return Refusal{405, u"Ese método no se admite. Las preguntas van con POST."_s};
+        return ChatEndpoint::wrongMethod();
     if (essence(request.contentType) != "application/json"_L1)
         return Refusal{415, u"El cuerpo debe ser de tipo application/json."_s};
     if (!request.contentEncoding.isEmpty())
         return Refusal{415, u"No se admiten cuerpos comprimidos."_s};
     if (request.bodyState == BodyState::TooLarge)
-        return Refusal{413, u"La consulta pasa los 20 MiB."_s};
+        return ChatEndpoint::tooLarge();
     if (request.bodyState == BodyState::Broken)
         return Refusal{400, u"El cuerpo llegó incompleto o mal formado."_s};
     return std::nullopt;
+}
+
+Refusal ChatEndpoint::wrongMethod()
+{
+    return {405, u"Ese método no se admite. Las preguntas van con POST."_s};
 }
 
 Refusal ChatEndpoint::tooLarge()

@@ -17,6 +17,8 @@ class ChatEndpoint
 public:
     static constexpr qint64 largestBody = 20LL * 1024 * 1024;
 
+    /// Why nothing but a POST gets an answer.
+    static Refusal wrongMethod();
     /// Why a body past `largestBody` gets no answer.
     static Refusal tooLarge();
 

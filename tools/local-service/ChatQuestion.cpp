@@ -14,6 +14,22 @@ static Refusal badRequest(const QString &reason)
     return {400, reason};
 }
 
+// Qt's parser takes control characters in a string, and any character after a backslash.
+static bool hasBadString(const QByteArray &json)
+{
+    bool isInString = false;
+    for (qsizetype i = 0; i < json.size(); ++i) {
+        const char c = json[i];
+        if (c == '"')
+            isInString = !isInString;
+        else if (isInString && static_cast<unsigned char>(c) < 0x20)
+            return true;
+        else if (isInString && c == '\\' && !QByteArrayView("\"\\/bfnrtu").contains(json[++i]))
+            return true;
+    }
+    return false;
+}
+
 static std::optional<QByteArray> decodeBase64(const QString &text)
 {
     const QByteArray encoded = text.toLatin1();
@@ -46,10 +62,8 @@ std::variant<ChatQuestion, Refusal> parseChatQuestion(const QByteArray &body)
     const QJsonDocument document = QJsonDocument::fromJson(body, &error);
     if (error.error == QJsonParseError::DeepNesting)
         return badRequest(u"El JSON tiene demasiados niveles anidados."_s);
-    if (error.error != QJsonParseError::NoError)
-        return badRequest(u"El cuerpo no es JSON válido."_s);
-    if (!document.isObject())
-        return badRequest(u"El cuerpo debe ser un objeto JSON."_s);
+    if (!document.isObject() || hasBadString(body))
+        return badRequest(u"El cuerpo no es un objeto JSON válido."_s);
 
     const QJsonObject object = document.object();
     if (auto refusal = checkTypes(object))

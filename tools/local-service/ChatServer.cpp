@@ -6,8 +6,11 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <future>
 #include <httplib.h>
+#include <set>
+#include <string>
 
 using namespace Qt::StringLiterals;
 using Clock = std::chrono::steady_clock;
@@ -66,10 +69,38 @@ static IncomingRequest envelope(const httplib::Request &request)
     return incoming;
 }
 
+// What the head alone tells of a body; nothing when it is to be read. A body without a length is
+// empty: the library would wait for one until the connection falls silent.
+static std::optional<BodyState> stateByHead(const httplib::Request &request)
+{
+    const auto value = [&request](const char *name) {
+        return QByteArray::fromStdString(request.get_header_value(name)).trimmed();
+    };
+    if (const size_t encodings = request.get_header_value_count("Transfer-Encoding")) {
+        const bool isChunked = encodings == 1 && value("Transfer-Encoding").toLower() == "chunked";
+        return isChunked ? std::nullopt : std::optional(BodyState::Broken);
+    }
+    const size_t lengths = request.get_header_value_count("Content-Length");
+    if (lengths == 0)
+        return BodyState::Complete;
+    const QByteArray length = value("Content-Length");
+    const bool isNumber = !length.isEmpty()
+        && std::all_of(length.begin(), length.end(), [](char c) { return c >= '0' && c <= '9'; });
+    if (lengths > 1 || !isNumber)
+        return BodyState::Broken;
+    bool fits = false;
+    const qint64 size = length.toLongLong(&fits);
+    return fits && size <= mostDiscarded ? std::nullopt : std::optional(BodyState::TooLarge);
+}
+
 static IncomingRequest withBody(const httplib::Request &request,
                                 const httplib::ContentReader &reader)
 {
     IncomingRequest incoming = envelope(request);
+    if (const auto state = stateByHead(request)) {
+        incoming.bodyState = *state;
+        return incoming;
+    }
     qint64 length = 0;
     const auto receive = [&](const char *data, size_t count) {
         length += static_cast<qint64>(count);
@@ -95,6 +126,18 @@ static void refuse(const Refusal &refusal, httplib::Response &response)
     if (refusal.status == 405)
         response.set_header("Allow", "POST");
     response.set_content(refusal.reason.toStdString() + '\n', plainText);
+}
+
+// The library takes a request with a method it does not know for no HTTP at all.
+static bool hasUnknownMethod(const httplib::Request &request)
+{
+    static const std::set<std::string> known{"CONNECT", "DELETE", "GET", "HEAD", "OPTIONS",
+                                             "PATCH",   "POST",   "PRI", "PUT",  "TRACE"};
+    const bool isMethod = !request.method.empty()
+        && std::all_of(request.method.begin(), request.method.end(),
+                       [](char c) { return c >= 'A' && c <= 'Z'; });
+    return isMethod && request.version.rfind("HTTP/1.", 0) == 0
+        && known.find(request.method) == known.end();
 }
 
 // For what the library turns down before any handler sees it.
@@ -169,8 +212,12 @@ void ChatServer::Engine::setUp()
     server.Put(anyPath, reading);
     server.Patch(anyPath, reading);
     server.Delete(anyPath, reading);
-    server.set_error_handler([](const auto &, auto &response) {
-        if (response.body.empty())
+    server.set_error_handler([](const auto &request, auto &response) {
+        if (!response.body.empty())
+            return;
+        if (response.status == 400 && hasUnknownMethod(request))
+            refuse(ChatEndpoint::wrongMethod(), response);
+        else
             refuse({response.status, libraryReason(response.status)}, response);
     });
     server.set_logger(

@@ -34,5 +34,6 @@ private:
 };
 
 /// The part of a log line after the time. Of the path only printable ASCII shows, the rest
-/// percent-encoded, at most 120 characters.
+/// percent-encoded, at most 120 characters. A method that is not up to 20 capital letters shows as
+/// a hyphen.
 QByteArray requestLogText(const RequestLogEntry &entry);
