@@ -56,6 +56,7 @@ private Q_SLOTS:
     void ignoresWhatCannotBeSent_data();
     void ignoresWhatCannotBeSent();
     void sendsOneQuestionAtATime();
+    void beginsNoConversationWhileItWaits();
     void beginsAConversationWhenNoneIsSelected();
     void showsAndSavesTheQuestionBeforeTheReply_data();
     void showsAndSavesTheQuestionBeforeTheReply();
@@ -274,6 +275,18 @@ void SendFlowTest::sendsOneQuestionAtATime()
     chat.sendFlow.sendMessage();
     QVERIFY(waitForTheEnd(chat));
     QCOMPARE(server->requests().size(), 2);
+}
+
+void SendFlowTest::beginsNoConversationWhileItWaits()
+{
+    const auto server = answeringServer();
+    TestChat chat(serviceAt(*server), TestChat::Start::BeforeTheHistoryIsLoaded);
+    chat.view.setLoading(true);
+    chat.send(u"hola"_s);
+    QCOMPARE(chat.view.messageText(), u"hola"_s);
+    QVERIFY(chat.conversations().isEmpty());
+    QVERIFY(!chat.view.selectedConversationID());
+    QVERIFY(!server->waitForRequests(1, 50ms));
 }
 
 void SendFlowTest::beginsAConversationWhenNoneIsSelected()

@@ -72,6 +72,7 @@ private Q_SLOTS:
     void beginsWithInitialValues();
     void firstRunMakesOneConversation();
     void emptyStoredArrayCountsAsMissing();
+    void anUnreadableDocumentIsReplaced();
     void loadsAndSelectsTheFirst();
     void loadingAStoredListSavesNothing();
     void newConversationTwiceMakesOne();
@@ -89,9 +90,12 @@ private Q_SLOTS:
     void titles();
     void titlesOnlyOnce();
     void appendsPiecesByIDWithoutSaving();
+    void piecesGoToTheFirstOfEachID();
     void piecesForWhatIsGoneAreDropped();
     void trimsWithoutSaving();
     void noticeEndsLoadingAndSaves();
+    void noticeEndsLoadingFirst();
+    void noticeWithoutAConversationOnlyEndsLoading();
     void replyHasStarted();
     void turningImageAnalysisOffDropsThePendingImage();
     void preferencesAreSharedWithTheStore();
@@ -99,6 +103,7 @@ private Q_SLOTS:
     void textScaleFollowsTheTextSize();
     void imageErrorIsDismissed();
     void viewerOpensAndCloses();
+    void viewerHasItsImageWhenItIsPresented();
     void unnamedImageIsCalledImagen();
 };
 
@@ -146,6 +151,21 @@ void ContentViewTest::emptyStoredArrayCountsAsMissing()
     screen.store.setData(HistoryStore::historyKey, [] { return QByteArray("[]"); });
     screen.view.loadHistory();
     QCOMPARE(screen.conversations().size(), 1);
+    QCOMPARE(screen.stored(), screen.conversations());
+}
+
+void ContentViewTest::anUnreadableDocumentIsReplaced()
+{
+    Screen screen;
+    screen.store.setData(HistoryStore::historyKey, [] {
+        return QByteArray(R"([{"id":"3F2504E0-4F89-11D3-9A0C-0305E82C3301","title":"Uno",)"
+                          R"("messages":[]},{"id":"3F2504E0-4F89-11D3-9A0C-0305E82C3302",)"
+                          R"("messages":[]}])");
+    });
+    screen.view.loadHistory();
+    QCOMPARE(screen.conversations().size(), 1);
+    QCOMPARE(screen.conversations().at(0).title, defaultConversationTitle);
+    QCOMPARE(screen.selected(), screen.conversations().at(0).id);
     QCOMPARE(screen.stored(), screen.conversations());
 }
 
@@ -406,6 +426,25 @@ void ContentViewTest::appendsPiecesByIDWithoutSaving()
     QCOMPARE(screen.saves(), 0);
 }
 
+void ContentViewTest::piecesGoToTheFirstOfEachID()
+{
+    Screen screen;
+    const ChatMessage reply = message(u"ya"_s, false);
+    const Conversation twin = conversation(u"Una"_s, {reply, reply});
+    screen.store.setData(HistoryStore::historyKey, [twin] {
+        return encodeConversations({twin, twin});
+    });
+    screen.view.loadHistory();
+    screen.view.appendChunk(u" está "_s, reply.id, twin.id);
+    screen.view.trimMessage(reply.id, twin.id);
+    screen.view.appendMessage(message(u"más"_s));
+    const QList<ChatMessage> &messages = screen.conversations().at(0).messages;
+    QCOMPARE(messages.size(), 3);
+    QCOMPARE(messages.at(0).text, u"ya está"_s);
+    QCOMPARE(messages.at(1), reply);
+    QCOMPARE(screen.conversations().at(1), twin);
+}
+
 void ContentViewTest::piecesForWhatIsGoneAreDropped()
 {
     Screen screen;
@@ -451,6 +490,32 @@ void ContentViewTest::noticeEndsLoadingAndSaves()
     QVERIFY(!notice.imagePreviewData);
     QVERIFY(!notice.id.isNull());
     QCOMPARE(screen.saves(), 1);
+}
+
+void ContentViewTest::noticeEndsLoadingFirst()
+{
+    Screen screen;
+    screen.view.loadHistory();
+    screen.view.setLoading(true);
+    std::optional<qsizetype> messagesAtTheEnd;
+    connect(&screen.view, &ContentView::isLoadingChanged, &screen.view,
+            [&] { messagesAtTheEnd = screen.conversations().at(0).messages.size(); });
+    screen.view.appendAssistantNotice(u"No pude preparar la consulta."_s);
+    QCOMPARE(messagesAtTheEnd, std::optional<qsizetype>(0));
+}
+
+void ContentViewTest::noticeWithoutAConversationOnlyEndsLoading()
+{
+    Screen screen;
+    screen.view.loadHistory();
+    screen.view.selectConversation(QUuid::createUuid());
+    screen.view.setLoading(true);
+    screen.writes.clear();
+    const QList<Conversation> before = screen.conversations();
+    screen.view.appendAssistantNotice(u"No pude preparar la consulta."_s);
+    QVERIFY(!screen.view.isLoading());
+    QCOMPARE(screen.conversations(), before);
+    QCOMPARE(screen.saves(), 0);
 }
 
 void ContentViewTest::replyHasStarted()
@@ -555,6 +620,16 @@ void ContentViewTest::viewerOpensAndCloses()
     screen.view.closeImageViewer();
     QVERIFY(!screen.view.showImageViewer());
     QVERIFY(!screen.view.enlargedImageData());
+}
+
+void ContentViewTest::viewerHasItsImageWhenItIsPresented()
+{
+    Screen screen;
+    std::optional<QByteArray> presented;
+    connect(&screen.view, &ContentView::showImageViewerChanged, &screen.view,
+            [&] { presented = screen.view.enlargedImageData(); });
+    screen.view.openImageViewer("una");
+    QCOMPARE(presented, QByteArray("una"));
 }
 
 void ContentViewTest::unnamedImageIsCalledImagen()
