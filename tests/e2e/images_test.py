@@ -122,19 +122,6 @@ class ImagesTest(AuloraTestCase):
         self.assert_sent(self.assistant.next_request(), data, "image/png", "grande.png",
                          "¿Qué es?")
 
-    def test_nothing_is_dropped_during_a_reply(self):
-        program = self.start()
-        program.ask("hola")
-        request = self.assistant.next_request()
-        program.wait_for_status("Procesando")
-        path = self.file("a.png", image_bytes("PNG"))
-        self.drop(program, "text/uri-list", path, welcome=False)
-        request.answer("Hola.\n")
-        program.wait_for_status("En línea")
-        self.assertEqual(program.elements("push button", "Quitar imagen"), [])
-        self.drop(program, "text/uri-list", path)
-        self.wait_for_chip(program)
-
     def test_dropped_data(self):
         program = self.start()
         data = image_bytes("JPEG")

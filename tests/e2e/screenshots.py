@@ -112,38 +112,40 @@ class Photographer:
         self.take(program, f"{name}-settings")
         program.kill()
 
-    def images(self, scheme):
+    def images(self, scheme, name, **environment):
         """An image on its way through the program: dropped, pending, sent, enlarged."""
-        program = self.start(tempfile.mkdtemp(prefix="home-", dir=DESKTOP.folder), scheme)
+        home = tempfile.mkdtemp(prefix="home-", dir=DESKTOP.folder)
+        program = self.start(home, scheme, **environment)
         picture = DESKTOP.folder / "mucosa gástrica.png"
         draw_cells(picture)
 
         def take_overlay():
             program.element("label", "Soltá la imagen para analizarla")
-            self.take(program, f"{scheme}-drop")
+            self.take(program, f"{name}-drop")
 
         x, y = DESKTOP.position(program.window)
         DESKTOP.drag_from(self.drag_source, "text/uri-list", picture, (x + 600, y + 300),
                           before_drop=take_overlay)
         program.button("Quitar imagen")
         program.write("¿Qué tejido es?")
-        self.take(program, f"{scheme}-chip")
+        self.take(program, f"{name}-chip")
         DESKTOP.press("Return")
         self.assistant.next_request().answer("Parece **epitelio cilíndrico** simple.\n")
         program.wait_for_status("En línea")
         program.button("Ver imagen adjunta")
-        self.take(program, f"{scheme}-image")
+        self.take(program, f"{name}-image")
         program.button("Ver imagen adjunta").press()
         program.button("Cerrar imagen")
-        self.take(program, f"{scheme}-viewer")
+        self.take(program, f"{name}-viewer")
         program.kill()
 
     def run(self):
         for scheme in ("light", "dark"):
             self.screens(scheme, scheme)
-            self.images(scheme)
+            self.images(scheme, scheme)
         self.screens("light", "minimum", size=(940, 700))
         self.screens("light", "twice", QT_SCALE_FACTOR="2")
+        self.images("light", "twice", QT_SCALE_FACTOR="2")
 
 
 if __name__ == "__main__":

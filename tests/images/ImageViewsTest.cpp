@@ -116,6 +116,8 @@ private Q_SLOTS:
     {
         attach(encoded(quarters({40, 40}), "png"),
                QString(u"a<b>nombre</b> "_s).repeated(2000) + u".png"_s);
+        QTRY_VERIFY(item("thumbnail")->isVisible());
+        QTRY_VERIFY(item("chip")->width() > 300); // It has made room for the thumbnail
         QVERIFY(item("name")->width() <= 260);
         QVERIFY(item("chip")->width() < 420);
         QCOMPARE(item("name")->property("lineCount").toInt(), 1);
