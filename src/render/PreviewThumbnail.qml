@@ -15,7 +15,7 @@ PlainButton {
     implicitHeight: picture.implicitHeight
     visible: implicitWidth > 0
     focusRadius: picture.radius
-    text: qsTr("Ver imagen adjunta")
+    text: "Ver imagen adjunta"
 
     PreviewPicture {
         id: picture

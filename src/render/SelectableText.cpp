@@ -1,5 +1,7 @@
 #include "SelectableText.h"
 
+#include "CharacterClass.h"
+
 #include <QClipboard>
 #include <QCursor>
 #include <QGuiApplication>
@@ -10,12 +12,12 @@
 #include <algorithm>
 
 namespace {
-TextRange wordAt(const QString &text, qsizetype offset)
+TextRange wordAround(const QString &text, qsizetype character)
 {
     if (text.isEmpty())
         return {};
     QTextBoundaryFinder finder(QTextBoundaryFinder::Word, text);
-    finder.setPosition(std::min(offset + 1, text.size()));
+    finder.setPosition(character + 1);
     const qsizetype start = finder.toPreviousBoundary();
     const qsizetype end = finder.toNextBoundary();
     return {std::max<qsizetype>(start, 0), end < 0 ? text.size() : end};
@@ -106,10 +108,20 @@ TextSpan SelectableText::unitAt(QPointF point) const
     const TextPosition position = positionAt(point);
     if (rowCount() == 0 || m_unit == Unit::character)
         return {position, position};
-    const QString &text = row(position.row).text().text;
     const TextRange range
-        = m_unit == Unit::row ? TextRange{0, text.size()} : wordAt(text, position.offset);
+        = m_unit == Unit::row ? TextRange{0, row(position.row).text().text.size()} : wordAt(point);
     return {{position.row, range.start}, {position.row, range.end}};
+}
+
+TextRange SelectableText::wordAt(QPointF point) const
+{
+    const TextPosition position = positionAt(point);
+    const QString &text = row(position.row).text().text;
+    qsizetype character = characterAt(point).offset;
+    // Whoever aims at the end of a word may hit the near half of the blank after it.
+    if (position.offset == character && character > 0 && isBlank(text[character]))
+        --character;
+    return wordAround(text, character);
 }
 
 void SelectableText::beginSelection(QPointF point, Unit unit)

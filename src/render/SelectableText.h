@@ -52,6 +52,7 @@ private:
     void extendSelection(QPointF point);
     void select(const TextSpan &span);
     TextSpan unitAt(QPointF point) const;
+    TextRange wordAt(QPointF point) const;
     TextPosition clamped(TextPosition position) const;
     void copyTo(int clipboardMode) const;
 

@@ -97,12 +97,26 @@ qsizetype TextRow::positionAt(QPointF point) const
     if (m_lines.isEmpty())
         return 0;
     const auto line = lineAt(point.y());
-    const auto layout = shapedLine(m_text, m_direction, *line);
-    const qsizetype position = line->start + layout->lineAt(0).xToCursor(point.x() - indent());
+    const qsizetype position = offsetAt(*line, point.x(), QTextLine::CursorBetweenCharacters);
     // The space at which a line was broken stays on it; what follows is on the next one.
     const bool isAtNextLine = line + 1 != m_lines.end() && position == line->start + line->length
         && m_text.text[position - 1] == u' ';
     return isAtNextLine ? position - 1 : position;
+}
+
+qsizetype TextRow::characterAt(QPointF point) const
+{
+    if (m_text.text.isEmpty() || m_lines.isEmpty())
+        return 0;
+    const auto line = lineAt(point.y());
+    const qsizetype last = line->start + std::max<qsizetype>(line->length - 1, 0);
+    return std::min(offsetAt(*line, point.x(), QTextLine::CursorOnCharacter), last);
+}
+
+qsizetype TextRow::offsetAt(const TextLine &line, double x, QTextLine::CursorPosition kind) const
+{
+    const auto layout = shapedLine(m_text, m_direction, line);
+    return line.start + layout->lineAt(0).xToCursor(x - indent(), kind);
 }
 
 QList<TextLine>::const_iterator TextRow::lineAt(double y) const

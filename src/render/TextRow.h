@@ -62,11 +62,14 @@ public:
 
     /// The nearest position between two characters.
     qsizetype positionAt(QPointF point) const;
+    /// Where the character at `point` begins, or the nearest one of its line.
+    qsizetype characterAt(QPointF point) const;
 
 private:
     TextRow() = default;
     double indent() const { return m_marker == Marker::dot ? dotSize + dotSpacing : 0; }
     QList<TextLine>::const_iterator lineAt(double y) const;
+    qsizetype offsetAt(const TextLine &line, double x, QTextLine::CursorPosition kind) const;
 
     AttributedText m_text;
     Marker m_marker = Marker::none;

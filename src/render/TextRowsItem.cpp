@@ -101,12 +101,14 @@ void TextRowsItem::tellPlainText(qsizetype firstChanged)
 {
     constexpr int tellInterval = 1000; // ms
 
-    if (firstChanged == 0)
+    const bool hasGrown = firstChanged > 0;
+    if (!hasGrown)
         m_plainTextTimer.stop();
     m_plainTextIsUntold = m_plainTextTimer.isActive();
     if (m_plainTextIsUntold)
         return;
-    m_plainTextTimer.start(tellInterval, this);
+    if (hasGrown)
+        m_plainTextTimer.start(tellInterval, this);
     Q_EMIT plainTextChanged();
 }
 
@@ -131,6 +133,14 @@ TextPosition TextRowsItem::positionAt(QPointF point) const
         return {};
     const auto placed = rowAt(point.y());
     return {placed - m_rows.begin(), placed->row.positionAt(point - QPointF(0, placed->top))};
+}
+
+TextPosition TextRowsItem::characterAt(QPointF point) const
+{
+    if (m_rows.empty())
+        return {};
+    const auto placed = rowAt(point.y());
+    return {placed - m_rows.begin(), placed->row.characterAt(point - QPointF(0, placed->top))};
 }
 
 TextRowsItem::Rows::const_iterator TextRowsItem::rowAt(double y) const

@@ -68,7 +68,10 @@ protected:
     const TextColors &colors() const { return m_colors; }
     void setColors(const TextColors &colors);
 
+    /// The nearest place between two characters.
     TextPosition positionAt(QPointF point) const;
+    /// Where the character at `point` begins, or the nearest one of its line.
+    TextPosition characterAt(QPointF point) const;
 
     void componentComplete() override;
     void itemChange(ItemChange change, const ItemChangeData &value) override;

@@ -1,9 +1,12 @@
 #include "MarkdownMessageView.h"
 
+#include "MessageSlot.h"
 #include "TextFace.h"
 #include "Theme.h"
 
+#include <QAbstractEventDispatcher>
 #include <QClipboard>
+#include <QFontMetricsF>
 #include <QGuiApplication>
 #include <QQuickWindow>
 #include <QRandomGenerator>
@@ -42,6 +45,15 @@ QList<Row> rowsOf(const TextRowsItem &view)
         rows.append(
             {view.row(i).text(), view.row(i).marker(), view.rowTop(i), view.row(i).lines()});
     return rows;
+}
+
+// Between whole points too, where the toolkit's own test functions cannot aim.
+void doubleClick(MarkdownMessageView &view, QPointF point)
+{
+    for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonDblClick}) {
+        QMouseEvent event(type, point, view.mapToGlobal(point), Qt::LeftButton, Qt::LeftButton, {});
+        QCoreApplication::sendEvent(&view, &event);
+    }
 }
 
 class Window : public QQuickWindow
@@ -167,6 +179,51 @@ private Q_SLOTS:
         QVERIFY(row.lines().size() > 1);
         for (const TextLine &line : row.lines())
             QVERIFY(line.width <= wrapWidth - 12);
+    }
+
+    void showsMarkersAloneAsABlankLine()
+    {
+        Window window;
+        window.showText(u"**\n- ****"_s);
+        for (qsizetype i = 0; i < 2; ++i) {
+            const TextRow &row = window.view().row(i);
+            QVERIFY(!row.isSpacer());
+            QVERIFY(row.text().runs.isEmpty());
+            QCOMPARE(row.height(), lineHeight(14.5, QFont::Normal));
+        }
+        QCOMPARE(window.view().row(1).marker(), TextRow::Marker::dot);
+    }
+
+    void alignsEveryScriptAtTheLeadingEdge_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("left to right") << u"corazón"_s;
+        QTest::newRow("right to left") << u"القلب"_s;
+        QTest::newRow("right to left, among others") << u"القلب corazón 5"_s;
+    }
+    void alignsEveryScriptAtTheLeadingEdge()
+    {
+        QFETCH(QString, text);
+        Window window;
+        window.showText(text);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        const double width = window.view().row(0).width();
+        QVERIFY(width < wrapWidth / 2);
+        QRect ink;
+        QTRY_VERIFY([&] {
+            const QImage image = window.grabWindow();
+            ink = {};
+            for (int y = 0; y < 30; ++y) {
+                for (int x = 0; x < image.width(); ++x) {
+                    if (image.pixelColor(x, y).lightness() < 128)
+                        ink |= QRect(x, y, 1, 1);
+                }
+            }
+            return !ink.isEmpty();
+        }());
+        QVERIFY2(ink.left() <= 4, qPrintable(QString::number(ink.left())));
+        QVERIFY2(ink.right() <= width + 2, qPrintable(QString::number(ink.right())));
     }
 
     void paintsTheDotOnTheBaseline()
@@ -327,6 +384,45 @@ private Q_SLOTS:
         QVERIFY(!window.grabWindow().isNull());
     }
 
+    void holdsHugeReplies_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<int>("rows");
+
+        QTest::newRow("a million characters without a blank") << QString(1'000'000, u'x') << 1;
+        QTest::newRow("ten thousand lines")
+            << (u"- palabra **otra**\n"_s.repeated(9'999) + u"fin"_s) << 10'000;
+        QTest::newRow("marks") << (u"e"_s + QString(300, QChar(0x301))).repeated(1'000) << 1;
+        QTest::newRow("right to left without blanks") << QString(100'000, u'ب') << 1;
+        QTest::newRow("markers") << u"a**"_s.repeated(30'000) << 1;
+        QTest::newRow("NUL") << QString(100'000, QChar(0)) << 1;
+        QTest::newRow("lone surrogates") << QString(100'000, QChar(0xdc00)) << 1;
+    }
+    void holdsHugeReplies()
+    {
+        QFETCH(QString, text);
+        QFETCH(int, rows);
+        Window window;
+        // As a list does: only what is near its visible part is painted.
+        auto *slot = new MessageSlot(window.contentItem());
+        slot->setTracked(true);
+        slot->setNearBand({0, 400});
+        window.view().setParentItem(slot);
+        window.showText(text);
+        MarkdownMessageView &view = window.view();
+        QCOMPARE(view.rowCount(), rows);
+        QVERIFY(view.implicitWidth() <= wrapWidth);
+        QVERIFY(view.implicitHeight() > 100 * lineHeight(14.5, QFont::Normal));
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QTest::mouseClick(&window, Qt::LeftButton, {}, window.pointAt(0, 3));
+        QTest::keySequence(&window, QKeySequence::SelectAll);
+        QCOMPARE(view.selectedText(), view.plainText());
+        QVERIFY(!window.grabWindow().isNull());
+        QTest::mouseDClick(&window, Qt::LeftButton, {}, window.pointAt(0, 40));
+        QVERIFY(!view.selectedText().isEmpty());
+    }
+
     void selectsAcrossRows()
     {
         Window window;
@@ -340,6 +436,33 @@ private Q_SLOTS:
 
         QTest::keySequence(&window, QKeySequence::Copy);
         QCOMPARE(QGuiApplication::clipboard()->text(), u"Uno dos\n\ntres\nfin"_s);
+    }
+
+    void selectsWholeRowsOfAnyScript_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::newRow("right to left") << u"ما هو القلب؟"_s;
+        QTest::newRow("mixed directions") << u"dosis الجرعة 5 mg עברית fin"_s;
+        QTest::newRow("marks by the hundred") << u"a"_s + QString(400, QChar(0x301)) + u"b"_s;
+        QTest::newRow("only marks") << QString(300, QChar(0x301));
+        QTest::newRow("emoji of several code points")
+            << u"\U0001f468\u200d\U0001f469\u200d\U0001f467 \U0001f1e6\U0001f1f7"_s;
+        QTest::newRow("ideographs") << u"心臓の働き"_s;
+        QTest::newRow("tabs") << u"a\tb\tc"_s;
+        QTest::newRow("direction overrides") << u"a\u202ebc\u202c d"_s;
+    }
+    void selectsWholeRowsOfAnyScript()
+    {
+        QFETCH(QString, text);
+        Window window;
+        window.showText(text);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        // In a row from right to left the press is at the end of the text.
+        QTest::mousePress(&window, Qt::LeftButton, {}, window.pointAt(0, 0));
+        QTest::mouseMove(&window, window.pointAt(0, wrapWidth - 1));
+        QTest::mouseRelease(&window, Qt::LeftButton, {}, window.pointAt(0, wrapWidth - 1));
+        QCOMPARE(window.view().selectedText(), text);
     }
 
     void selectsBackwards()
@@ -385,6 +508,65 @@ private Q_SLOTS:
         QCOMPARE(window.view().selectedText(), u"el dolor torácico"_s);
     }
 
+    void takesTheWordUnderADoubleClick_data()
+    {
+        QTest::addColumn<QString>("text");
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<double>("distance");
+        QTest::addColumn<QString>("word");
+
+        const QString text = u"el dolor, torácico fin"_s;
+        QTest::newRow("start of the row") << text << u""_s << 0.0 << u"el"_s;
+        QTest::newRow("first letter") << text << u"el "_s << 2.0 << u"dolor"_s;
+        QTest::newRow("last letter") << text << u"el dolor"_s << -1.5 << u"dolor"_s;
+        QTest::newRow("last letter before a blank") << text << u"el"_s << -1.5 << u"el"_s;
+        QTest::newRow("end of a word") << text << u"el"_s << 0.0 << u"el"_s;
+        QTest::newRow("end of a longer word")
+            << text << u"el dolor, torácico"_s << 0.5 << u"torácico"_s;
+        QTest::newRow("blank") << text << u"el "_s << -1.0 << u" "_s;
+        QTest::newRow("comma") << text << u"el dolor,"_s << -1.5 << u","_s;
+        QTest::newRow("last letter of the row") << text << text << -1.5 << u"fin"_s;
+        QTest::newRow("end of the row") << text << text << 0.0 << u"fin"_s;
+        QTest::newRow("far beyond the end") << text << text << 150.0 << u"fin"_s;
+        QTest::newRow("in front of the row") << text << u""_s << -3.0 << u"el"_s;
+        QTest::newRow("accents of their own")
+            << u"to\u0301rax y abdomen"_s << u"to\u0301rax"_s << 0.0 << u"to\u0301rax"_s;
+        QTest::newRow("empty row") << u""_s << u""_s << 5.0 << u""_s;
+        QTest::newRow("only blanks") << u"**  **"_s << u" "_s << 0.0 << u"  "_s;
+    }
+    void takesTheWordUnderADoubleClick()
+    {
+        QFETCH(QString, text);
+        QFETCH(QString, before);
+        QFETCH(double, distance);
+        Window window;
+        window.showText(text);
+        const QFontMetricsF metrics(TextFace::of(14.5, QFont::Normal).font());
+        doubleClick(window.view(), {metrics.horizontalAdvance(before) + distance, 8});
+        QTEST(window.view().selectedText(), "word");
+    }
+
+    void takesTheLastWordOfALineBeyondItsEnd()
+    {
+        Window window;
+        window.showText(u"palabra "_s.repeated(20));
+        const TextLine line = window.view().row(0).lines().first();
+        doubleClick(window.view(), {line.width + 30, 8});
+        QCOMPARE(window.view().selectedText(), u"palabra"_s);
+    }
+
+    void extendsByWordsAfterADoubleClick()
+    {
+        Window window;
+        window.showText(u"uno dos\ntres cuatro cinco"_s);
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        QTest::mouseDClick(&window, Qt::LeftButton, {}, window.pointAt(0, 40));
+        QTest::mousePress(&window, Qt::LeftButton, Qt::ShiftModifier, window.pointAt(1, 50));
+        QCOMPARE(window.view().selectedText(), u"dos\ntres cuatro"_s);
+        QTest::mouseRelease(&window, Qt::LeftButton, Qt::ShiftModifier, window.pointAt(1, 50));
+    }
+
     void selectsAllWithinTheMessage()
     {
         Window window;
@@ -425,10 +607,23 @@ private Q_SLOTS:
             text += u"línea\n"_s;
             window.showText(text);
         }
-        QCOMPARE(told.size(), 0);
-        QTRY_COMPARE(told.size(), 1);
+        QCOMPARE(told.size(), 1);
+        QTRY_COMPARE(told.size(), 2);
         window.showText(u"otro"_s);
-        QCOMPARE(told.size(), 2);
+        QCOMPARE(told.size(), 3);
+    }
+
+    void needsNoTimerUnlessItGrows()
+    {
+        const auto timers = [](QObject &object) {
+            return QAbstractEventDispatcher::instance()->registeredTimers(&object).size();
+        };
+        Window window;
+        window.showText(u"a\nb"_s);
+        QCOMPARE(timers(window.view()), 0);
+        window.showText(u"a\nb\nc"_s);
+        QCOMPARE(timers(window.view()), 1);
+        QTRY_COMPARE(timers(window.view()), 0);
     }
 };
 
