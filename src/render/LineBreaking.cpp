@@ -154,6 +154,13 @@ std::unique_ptr<QTextLayout> layoutOf(const AttributedText &text, Qt::LayoutDire
     return layout;
 }
 
+qsizetype lengthWithoutSpacesAtEnd(QStringView text)
+{
+    while (text.endsWith(u' '))
+        text.chop(1);
+    return text.size();
+}
+
 qsizetype endOfShapedText(const QString &text, qsizetype start)
 {
     const qsizetype end = std::min(start + longestShapedText, text.size());
@@ -206,7 +213,12 @@ QList<TextLine> breakLines(const AttributedText &text, Qt::LayoutDirection direc
 std::unique_ptr<QTextLayout> shapedLine(const AttributedText &text, Qt::LayoutDirection direction,
                                         const TextLine &line)
 {
-    auto layout = layoutOf(text, direction, line.start, line.length);
+    const bool keepsSpaces
+        = direction == Qt::LeftToRight && line.start + line.length == text.text.size();
+    const qsizetype length = keepsSpaces
+        ? line.length
+        : lengthWithoutSpacesAtEnd(QStringView(text.text).sliced(line.start, line.length));
+    auto layout = layoutOf(text, direction, line.start, length);
     QTextOption option = layout->textOption();
     option.setWrapMode(QTextOption::NoWrap);
     layout->setTextOption(option);

@@ -26,6 +26,8 @@ struct TextLine
 /// in the length of the text, also when it has no space at all.
 QList<TextLine> breakLines(const AttributedText &text, Qt::LayoutDirection direction, double width);
 
-/// `line` of `text`, shaped on one line from x = 0, for drawing and for finding characters.
+/// `line` of `text`, shaped on one line from x = 0, for drawing and for finding characters. The
+/// spaces at its end are left out where they would take a place: those at which the line was
+/// broken, and any that would stand before text from right to left.
 std::unique_ptr<QTextLayout> shapedLine(const AttributedText &text, Qt::LayoutDirection direction,
                                         const TextLine &line);

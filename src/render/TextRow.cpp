@@ -81,7 +81,8 @@ void TextRow::draw(QPainter &painter, QPointF topLeft, VerticalBand band, const 
     for (auto line = lineAt(band.top); line != m_lines.end() && line->top < band.bottom; ++line) {
         const auto layout = shapedLine(m_text, m_direction, *line);
         const qsizetype from = std::max(selection.start, line->start) - line->start;
-        const qsizetype to = std::min(selection.end, line->start + line->length) - line->start;
+        const qsizetype to
+            = std::min(selection.end - line->start, qsizetype(layout->text().size()));
         QList<QTextLayout::FormatRange> selections;
         if (from < to) {
             QTextCharFormat format;
@@ -96,12 +97,7 @@ qsizetype TextRow::positionAt(QPointF point) const
 {
     if (m_lines.isEmpty())
         return 0;
-    const auto line = lineAt(point.y());
-    const qsizetype position = offsetAt(*line, point.x(), QTextLine::CursorBetweenCharacters);
-    // The space at which a line was broken stays on it; what follows is on the next one.
-    const bool isAtNextLine = line + 1 != m_lines.end() && position == line->start + line->length
-        && m_text.text[position - 1] == u' ';
-    return isAtNextLine ? position - 1 : position;
+    return offsetAt(*lineAt(point.y()), point.x(), QTextLine::CursorBetweenCharacters);
 }
 
 qsizetype TextRow::characterAt(QPointF point) const

@@ -56,6 +56,19 @@ void doubleClick(MarkdownMessageView &view, QPointF point)
     }
 }
 
+// Around what is dark above `bottom`.
+QRect inkOf(const QImage &image, int bottom)
+{
+    QRect ink;
+    for (int y = 0; y < bottom; ++y) {
+        for (int x = 0; x < image.width(); ++x) {
+            if (image.pixelColor(x, y).lightness() < 128)
+                ink |= QRect(x, y, 1, 1);
+        }
+    }
+    return ink;
+}
+
 class Window : public QQuickWindow
 {
 public:
@@ -211,19 +224,30 @@ private Q_SLOTS:
         const double width = window.view().row(0).width();
         QVERIFY(width < wrapWidth / 2);
         QRect ink;
-        QTRY_VERIFY([&] {
-            const QImage image = window.grabWindow();
-            ink = {};
-            for (int y = 0; y < 30; ++y) {
-                for (int x = 0; x < image.width(); ++x) {
-                    if (image.pixelColor(x, y).lightness() < 128)
-                        ink |= QRect(x, y, 1, 1);
-                }
-            }
-            return !ink.isEmpty();
-        }());
+        QTRY_VERIFY(!(ink = inkOf(window.grabWindow(), 30)).isEmpty());
         QVERIFY2(ink.left() <= 4, qPrintable(QString::number(ink.left())));
         QVERIFY2(ink.right() <= width + 2, qPrintable(QString::number(ink.right())));
+    }
+
+    void hangsTheSpacesAtWhichALineIsBroken_data()
+    {
+        QTest::addColumn<QString>("word");
+        QTest::newRow("left to right") << u"corazón"_s;
+        QTest::newRow("right to left") << u"القلب"_s;
+    }
+    void hangsTheSpacesAtWhichALineIsBroken()
+    {
+        QFETCH(QString, word);
+        Window window;
+        window.showText((word + QString(12, u' ')).repeated(8));
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        const auto &lines = window.view().row(0).lines();
+        QVERIFY(lines.size() > 1);
+        QRect ink;
+        QTRY_VERIFY(!(ink = inkOf(window.grabWindow(), int(lines[0].height))).isEmpty());
+        QVERIFY2(ink.left() <= 4, qPrintable(QString::number(ink.left())));
+        QVERIFY2(ink.right() <= lines[0].width + 2, qPrintable(QString::number(ink.right())));
     }
 
     void paintsTheDotOnTheBaseline()
@@ -463,6 +487,19 @@ private Q_SLOTS:
         QTest::mouseMove(&window, window.pointAt(0, wrapWidth - 1));
         QTest::mouseRelease(&window, Qt::LeftButton, {}, window.pointAt(0, wrapWidth - 1));
         QCOMPARE(window.view().selectedText(), text);
+    }
+
+    void selectsToTheEndOfALine()
+    {
+        Window window;
+        window.showText(u"palabra "_s.repeated(30));
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        const TextLine line = window.view().row(0).lines().first();
+        QTest::mousePress(&window, Qt::LeftButton, {}, window.pointAt(0, 0));
+        QTest::mouseMove(&window, window.pointAt(0, wrapWidth - 1));
+        QTest::mouseRelease(&window, Qt::LeftButton, {}, window.pointAt(0, wrapWidth - 1));
+        QCOMPARE(window.view().selectedText(), window.view().plainText().first(line.length - 1));
     }
 
     void selectsBackwards()
