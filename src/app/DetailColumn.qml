@@ -99,6 +99,23 @@ Rectangle {
         authorLine: detail.authorLine
     }
 
+    Announcement {
+        id: announcement
+    }
+
+    // The reply is told of as a whole, whichever conversation is looked at meanwhile.
+    Connections {
+        target: detail.contentView
+
+        function onReplyStarted() {
+            announcement.say("Aulora IA está respondiendo");
+        }
+        function onIsLoadingChanged() {
+            if (!detail.contentView.isLoading)
+                announcement.say("Respuesta terminada");
+        }
+    }
+
     DropOverlay {
         anchors.fill: parent
         presented: detail.contentView.isDropTargeted

@@ -235,6 +235,8 @@ void ContentView::appendMessage(const ChatMessage &message)
         return;
     m_conversations.appendMessage(*index, message);
     saveHistory();
+    if (m_isLoading && !message.isUser)
+        Q_EMIT replyStarted();
 }
 
 void ContentView::updateTitle(const QString &text)

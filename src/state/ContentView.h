@@ -150,6 +150,8 @@ Q_SIGNALS:
     void messageTextChanged();
     void isLoadingChanged();
     void replyHasStartedChanged();
+    /// The exchange under way has its reply: an assistant message, perhaps still empty.
+    void replyStarted();
     void showClearHistoryConfirmationChanged();
     void showSettingsChanged();
     void showImageImporterChanged();

@@ -27,15 +27,8 @@ ScrollPane {
     contentHeight: stack.height
 
     onIsLoadingChanged: {
-        if (!observers.enabled)
-            return;
-        scroller.scrollToBottom();
-        if (!isLoading)
-            announcement.say("Respuesta terminada");
-    }
-    onReplyHasStartedChanged: {
-        if (observers.enabled && replyHasStarted)
-            announcement.say("Aulora IA está respondiendo");
+        if (observers.enabled)
+            scroller.scrollToBottom();
     }
 
     // A press beside everything takes the focus, and with it the selection, away from a message.
@@ -91,6 +84,7 @@ ScrollPane {
         Item {
             id: bottom
 
+            objectName: "bottom"
             width: stack.availableWidth
             height: 1
         }
@@ -120,11 +114,5 @@ ScrollPane {
 
         flickable: pane
         end: bottom
-    }
-
-    Announcement {
-        id: announcement
-
-        parent: pane
     }
 }

@@ -97,6 +97,7 @@ private Q_SLOTS:
     void noticeEndsLoadingFirst();
     void noticeWithoutAConversationOnlyEndsLoading();
     void replyHasStarted();
+    void replyStartsOnce();
     void turningImageAnalysisOffDropsThePendingImage();
     void preferencesAreSharedWithTheStore();
     void textScaleFollowsTheTextSize_data();
@@ -533,6 +534,35 @@ void ContentViewTest::replyHasStarted()
     screen.view.setLoading(false);
     QVERIFY(!screen.view.replyHasStarted());
     QCOMPARE(told.count(), 2);
+}
+
+void ContentViewTest::replyStartsOnce()
+{
+    Screen screen;
+    screen.view.loadHistory();
+    const QUuid answered = *screen.view.selectedConversationID();
+    screen.view.appendMessage(message(u"pregunta"_s));
+    screen.view.appendMessage(message(u"respuesta"_s, false));
+    screen.view.startNewConversation();
+    const QUuid asked = *screen.view.selectedConversationID();
+    QSignalSpy started(&screen.view, &ContentView::replyStarted);
+
+    screen.view.appendMessage(message(u"pregunta"_s));
+    screen.view.setLoading(true);
+    screen.view.selectConversation(answered);
+    screen.view.selectConversation(asked);
+    QCOMPARE(started.count(), 0);
+    screen.view.appendMessage(message(u""_s, false));
+    QCOMPARE(started.count(), 1);
+    screen.view.startNewConversation();
+    screen.view.selectConversation(answered);
+    screen.view.selectConversation(asked);
+    screen.view.setLoading(false);
+    QCOMPARE(started.count(), 1);
+
+    screen.view.setLoading(true);
+    screen.view.appendAssistantNotice(u"No pude preparar la consulta."_s);
+    QCOMPARE(started.count(), 1);
 }
 
 void ContentViewTest::turningImageAnalysisOffDropsThePendingImage()
