@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import QtQuick.Templates as T
 import Aulora.Render
 import Aulora.State
 import Aulora.Theme
@@ -31,12 +32,24 @@ ScrollPane {
             scroller.scrollToBottom();
     }
 
-    // A press beside everything takes the focus, and with it the selection, away from a message.
-    MouseArea {
+    // What is seen of the list, as a stop of the keyboard from where its keys scroll. A press beside
+    // everything goes here too, and takes the selection away from a message.
+    T.Pane {
+        id: visiblePart
+
+        objectName: "visiblePart"
+        y: pane.contentY
+        width: pane.width
+        height: pane.height
+        focusPolicy: pane.contentHeight > pane.height ? Qt.StrongFocus : Qt.ClickFocus
+        Accessible.name: "Conversación"
+    }
+
+    FocusRing {
         parent: pane
-        anchors.fill: parent
-        z: -1
-        onPressed: pane.forceActiveFocus(Qt.MouseFocusReason)
+        control: visiblePart
+        gap: -thickness - 3
+        innerRadius: 10
     }
 
     Column {

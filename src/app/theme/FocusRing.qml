@@ -3,18 +3,19 @@ import QtQuick
 import QtQuick.Templates as T
 import Aulora.Theme
 
-// What the keyboard needs of a button: a ring around it while the keyboard got there by itself,
-// and, when the button forwards its keys here, a press of Return, which the toolkit leaves alone.
+// What the keyboard needs of a control: a ring around it while the keyboard got there by itself,
+// and, when a button forwards its keys here, a press of Return, which the toolkit leaves alone.
 Item {
     id: ring
 
-    required property T.AbstractButton control
+    required property T.Control control
     /// The corner radius of what it surrounds.
     property real innerRadius: 6
 
     signal returnPressed
 
-    readonly property real gap: 2
+    /// Between the control's edge and the ring; negative for a ring within.
+    property real gap: 2
     readonly property real thickness: 2.5
 
     anchors.fill: parent

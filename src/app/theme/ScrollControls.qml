@@ -23,6 +23,8 @@ Item {
     function pressKey(event: var) {
         const page = flickable.height * 0.9;
         const distances = {
+            [Qt.Key_Up]: -wheelStep,
+            [Qt.Key_Down]: wheelStep,
             [Qt.Key_PageUp]: -page,
             [Qt.Key_PageDown]: page,
             [Qt.Key_Home]: -flickable.contentHeight,
