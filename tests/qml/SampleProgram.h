@@ -44,14 +44,17 @@ public:
     {
         m_contentView.setSelectedImage(bytes, name, QStringLiteral("image/png"));
     }
-    Q_INVOKABLE void ask(const QString &question)
+    Q_INVOKABLE void ask(const QString &question, const QByteArray &preview = {})
     {
         m_contentView.updateTitle(question);
-        ChatMessage message;
-        message.id = QUuid::createUuid();
-        message.text = question;
-        message.isUser = true;
-        m_contentView.appendMessage(message);
+        append(question, true, preview);
+    }
+    Q_INVOKABLE void reply(const QString &text) { append(text, false, {}); }
+    /// Appends to the newest message of the conversation shown.
+    Q_INVOKABLE void appendText(const QString &piece)
+    {
+        m_contentView.appendChunk(piece, m_contentView.currentMessages()->messages().constLast().id,
+                                  *m_contentView.selectedConversationID());
     }
     Q_INVOKABLE QString storedAppearance() const
     {
@@ -59,6 +62,16 @@ public:
     }
 
 private:
+    void append(const QString &text, bool isUser, const QByteArray &preview)
+    {
+        ChatMessage message;
+        message.id = QUuid::createUuid();
+        message.text = text;
+        message.isUser = isUser;
+        if (!preview.isEmpty())
+            message.imagePreviewData = preview;
+        m_contentView.appendMessage(message);
+    }
     static AssistantService unreachableAssistant()
     {
         AssistantService service;

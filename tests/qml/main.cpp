@@ -1,5 +1,6 @@
 #include "SampleConversations.h"
 #include "SampleInputMethod.h"
+#include "SamplePictures.h"
 #include "SampleProgram.h"
 
 #include <QQmlEngine>
@@ -31,6 +32,7 @@ int main(int argc, char *argv[])
 {
     qmlRegisterType<SampleConversations>("Aulora.Test", 1, 0, "SampleConversations");
     qmlRegisterType<SampleInputMethod>("Aulora.Test", 1, 0, "SampleInputMethod");
+    qmlRegisterType<SamplePictures>("Aulora.Test", 1, 0, "SamplePictures");
     qmlRegisterType<SampleProgram>("Aulora.Test", 1, 0, "SampleProgram");
     QmlTestSetup setup;
     const int failures
