@@ -16,7 +16,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr std::array<QByteArrayView, 3> conversationKeys{"id", "title", "messages"};
 constexpr std::array<QByteArrayView, 5> messageKeys{"id", "text", "isUser", "attachmentName",
                                                     "imagePreviewData"};
 
@@ -157,7 +156,7 @@ public:
             = readArray<Conversation>(reader, &ConversationDecoder::readConversation);
         if (conversations && reader.atEnd())
             return std::move(*conversations);
-        if (m_complaint.isEmpty())
+        if (conversations || reader.hasFailed())
             return DecodingError{u"JSON no válido en el byte %1"_s.arg(reader.offset())};
         return DecodingError{m_path.isEmpty() ? m_complaint : m_path + u": "_s + m_complaint};
     }
@@ -207,20 +206,40 @@ private:
 
     std::optional<Conversation> readConversation(JsonReader &reader)
     {
-        const auto fields = readFields(reader, conversationKeys);
-        if (!fields)
+        if (!reader.enterObject())
+            return complain(u"se esperaba un objeto"_s);
+        QByteArrayView idField;
+        QByteArrayView titleField;
+        bool hasMessages = false;
+        std::optional<QList<ChatMessage>> messages;
+        while (const auto key = reader.nextKey()) {
+            const QByteArray name = unescapedJsonString(*key);
+            // Nearly all of a history: read where they stand, and skipped only when they are wrong,
+            // for a later value of the key may be right.
+            if (name == "messages") {
+                hasMessages = true;
+                const JsonReader before = reader;
+                messages = readArray<ChatMessage>(reader, &ConversationDecoder::readMessage);
+                if (messages || reader.hasFailed())
+                    continue;
+                reader = before;
+            }
+            const QByteArrayView value = reader.readValue();
+            if (name == "id")
+                idField = value;
+            else if (name == "title")
+                titleField = value;
+        }
+        if (reader.hasFailed())
             return std::nullopt;
-        const auto [idField, titleField, messagesField] = *fields;
         const auto id = readUuid(u".id"_s, idField);
         if (!id)
             return std::nullopt;
         auto title = readText(u".title"_s, titleField);
         if (!title)
             return std::nullopt;
-        if (messagesField.isEmpty())
+        if (!hasMessages)
             return complain(u"falta el campo"_s, u".messages"_s);
-        JsonReader messagesReader(messagesField);
-        auto messages = readArray<ChatMessage>(messagesReader, &ConversationDecoder::readMessage);
         if (!messages) {
             m_path.prepend(u".messages"_s);
             return std::nullopt;

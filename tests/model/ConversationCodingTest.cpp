@@ -191,6 +191,14 @@ void ConversationCodingTest::accepts_data()
     QTest::newRow("lower-case UUID")
         << R"([{"id":")" + someIDText.toLower() + R"(","title":"","messages":[]}])"
         << QList<Conversation>{{someID, QString(), {}}};
+    const QByteArray beforeMessages = R"([{"id":")" + someIDText + R"(","title":"t",)";
+    const QByteArray goodMessages = R"("messages":[{)" + messageMembers() + "}]";
+    for (const QByteArray messages :
+         {R"("messages":[])", R"("messages":7)", R"("messages":[{}])", R"("messages":[[{"a":[]}]])",
+          R"("messages":[{"id":"x","text":[1,{"b":"]"}]}])"}) {
+        QTest::newRow("repeated messages, the last count: " + messages) << beforeMessages + messages
+                + ',' + goodMessages + "}]" << QList<Conversation>{{someID, u"t"_s, {plain}}};
+    }
     messageRow("exactly the three keys", messageMembers(), plain);
     messageRow("null attachment name", messageMembers(R"(,"attachmentName":null)"), plain);
     messageRow("null preview", messageMembers(R"(,"imagePreviewData":null)"), plain);
@@ -260,6 +268,16 @@ void ConversationCodingTest::refuses_data()
     row("object", "{}", u"se esperaba una lista"_s);
     row("null", "null", u"se esperaba una lista"_s);
     row("byte order mark", "\xEF\xBB\xBF[]", u"se esperaba una lista"_s);
+    const QByteArray beforeMessages = "[{" + id + R"(,"title":"t","messages":)";
+    row("repeated messages, the last of a wrong type", beforeMessages + R"([],"messages":7}])",
+        u"[0].messages: se esperaba una lista"_s);
+    row("repeated messages, the last with a wrong record",
+        beforeMessages + R"(7,"messages":[{}]}])", u"[0].messages[0].id: falta el campo"_s);
+    row("wrong messages, then no title", "[{" + id + R"(,"messages":[{}],"title":null}])",
+        u"[0].title: se esperaba un texto"_s);
+    for (const QByteArray rest :
+         {"[{}", "[{}]", "[{}],", "[{]}]", "7", "tru}]", "[{}],\"title\":}]"})
+        jsonRow("wrong messages, then no JSON: " + rest, beforeMessages + rest);
     row("number for a conversation", "[5]", u"[0]: se esperaba un objeto"_s);
     row("conversation without id", R"([{"title":"t","messages":[]}])", u"[0].id: falta el campo"_s);
     row("conversation without title", "[{" + id + R"(,"messages":[]}])",
