@@ -37,7 +37,8 @@ Item {
         width: stack.implicitWidth + 60
         height: stack.implicitHeight + 60
         radius: 18
-        color: Qt.alpha(Theme.dark ? Theme.windowBackground : Theme.panelBackground, 0.96)
+        // What would show through is not blurred here, and would be read with the text.
+        color: Theme.dark ? Theme.windowBackground : Theme.panelBackground
         borderColor: Theme.hairline
         borderWidth: 1
 
