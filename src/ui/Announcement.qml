@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 
 import QtQuick
+import Aulora.Theme
 
 /// Says one sentence to whoever listens to the screen instead of looking at it.
 Item {
@@ -18,7 +19,7 @@ Item {
     height: 1
     Accessible.role: Accessible.Notification
 
-    Timer {
+    Delay {
         id: gone
 
         interval: 5000

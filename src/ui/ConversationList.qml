@@ -50,7 +50,7 @@ ListView {
 
         // The list moves its current index along with inserted rows only after it has made them,
         // so this has to wait.
-        Timer {
+        Delay {
             id: makeCurrent
 
             interval: 0

@@ -55,7 +55,7 @@ Item {
         onWheel: event => controls.scrollBy(-(event.pixelDelta.y || event.angleDelta.y / 120 * controls.wheelStep))
     }
 
-    Timer {
+    Delay {
         id: revealLater
 
         interval: 0
@@ -66,7 +66,7 @@ Item {
         target: controls.Window.window
 
         function onActiveFocusItemChanged() {
-            revealLater.start();
+            revealLater.restart();
         }
     }
 
@@ -95,7 +95,7 @@ Item {
         Accessible.ignored: true
 
         onPositionChanged: {
-            linger.stay();
+            linger.restart();
             if (pressed)
                 controls.flickable.contentY = controls.flickable.originY + position * controls.flickable.contentHeight;
         }
@@ -105,23 +105,10 @@ Item {
             when: !bar.pressed
         }
 
-        Timer {
+        Delay {
             id: linger
 
-            property bool moved
-
-            // Starting it anew for every step of a scroll would cost more than the step.
-            function stay() {
-                moved = running;
-                if (!running)
-                    start();
-            }
-
             interval: 900
-            onTriggered: {
-                if (moved)
-                    stay();
-            }
         }
 
         contentItem: ContinuousRectangle {
