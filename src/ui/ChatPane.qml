@@ -37,12 +37,15 @@ ScrollPane {
     T.Pane {
         id: visiblePart
 
+        readonly property bool isStop: pane.contentHeight > pane.height
+
         objectName: "visiblePart"
         y: pane.contentY
         width: pane.width
         height: pane.height
-        focusPolicy: pane.contentHeight > pane.height ? Qt.StrongFocus : Qt.ClickFocus
+        focusPolicy: isStop ? Qt.StrongFocus : Qt.ClickFocus
         Accessible.name: "Conversación"
+        Accessible.ignored: !isStop
     }
 
     FocusRing {

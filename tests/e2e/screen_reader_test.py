@@ -9,7 +9,8 @@ SIDEBAR = [("image", "Aulora IA"), ("label", "INTELIGENCIA MÉDICA EDUCATIVA"),
            ("push button", "Nueva conversación"), ("label", "HISTORIAL"), ("label", "1"),
            ("push button", "Borrar historial"), ("list", "Conversaciones")]
 SIDEBAR_FOOT = [("push button", "Configuración")]
-HOME = [("image", "Aulora IA"), ("label", "¿Qué querés estudiar hoy?"),
+# The home screen is a little higher than the pane, which then is a stop of the keyboard.
+HOME = [("panel", "Conversación"), ("image", "Aulora IA"), ("label", "¿Qué querés estudiar hoy?"),
         ("push button", "Biología Celular"), ("push button", "Histología"),
         ("push button", "Embriología"), ("push button", "Genética"), ("push button", "Anatomía"),
         ("push button", "Medicina Interna"), ("label", "HERRAMIENTAS DE ESTUDIO"),
