@@ -164,9 +164,10 @@ class Desktop:
                             stdin=subprocess.PIPE)
         owner.stdin.write(data)
         owner.stdin.close()
-        targets = ["xclip", "-selection", "clipboard", "-target", "TARGETS", "-out"]
-        wait_until(lambda: target in subprocess.run(targets, env=self.environment, text=True,
-                                                    capture_output=True).stdout.split(),
+        # What another copy left there may be under the same target.
+        paste = ["xclip", "-selection", "clipboard", "-target", target, "-out"]
+        wait_until(lambda: subprocess.run(paste, env=self.environment,
+                                          capture_output=True).stdout == data,
                    "the clipboard to be filled")
 
     def brightness(self, window):
