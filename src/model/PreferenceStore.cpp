@@ -46,9 +46,9 @@ std::optional<QString> PreferenceStore::readFailure() const
     return m_writer->readFailure();
 }
 
-void PreferenceStore::setMerge(const QString &key, Merge merge)
+void PreferenceStore::setMerge(const QString &key, const Merge &merge)
 {
-    m_writer->setMerge(key, std::move(merge));
+    m_writer->setMerge(key, merge);
 }
 
 void PreferenceStore::setData(const QString &key, DataSource source)

@@ -51,7 +51,7 @@ public:
     /// Why stored values cannot be read, in one line; nothing when all were.
     std::optional<QString> readFailure() const;
     /// How bytes under `key` are merged; where nothing is said the stored ones stay.
-    void setMerge(const QString &key, Merge merge);
+    void setMerge(const QString &key, const Merge &merge);
 
     void setData(const QString &key, DataSource source);
     void setString(const QString &key, const QString &value);

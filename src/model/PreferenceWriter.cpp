@@ -83,13 +83,13 @@ std::optional<QString> PreferenceWriter::readFailure()
     return m_readFailure;
 }
 
-void PreferenceWriter::setMerge(const QString &key, Merge merge)
+void PreferenceWriter::setMerge(const QString &key, const Merge &merge)
 {
     const std::scoped_lock lock(m_mutex);
-    m_merges.insert(key, std::move(merge));
+    m_merges.insert(key, merge);
 }
 
-void PreferenceWriter::set(const QString &key, PendingValue value)
+void PreferenceWriter::set(const QString &key, const PendingValue &value)
 {
     {
         const std::scoped_lock lock(m_mutex);
@@ -102,7 +102,7 @@ void PreferenceWriter::set(const QString &key, PendingValue value)
             m_unread.remove(key);
             m_unseen.remove(key);
         }
-        m_pending.insert(key, std::move(value));
+        m_pending.insert(key, value);
         m_nextAttempt = Clock::now();
     }
     m_wakeWriter.notify_one();
@@ -271,7 +271,7 @@ std::optional<QString> PreferenceWriter::write(std::unique_lock<std::mutex> &loc
             const Merge merge = merges.value(it.key());
             value = merge ? merge(*bytes, unseen[it.key()]) : unseen[it.key()];
         }
-        changes.insert(it.key(), std::move(value));
+        changes.insert(it.key(), value);
     }
     auto failure = m_backend->commit(changes);
     if (!failure && isRemoving)

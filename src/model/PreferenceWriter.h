@@ -51,12 +51,12 @@ public:
     std::optional<QString> readFailure();
 
     /// How bytes set under `key` are combined with stored ones that could only be read later.
-    void setMerge(const QString &key, Merge merge);
+    void setMerge(const QString &key, const Merge &merge);
 
     /// Takes the place of any value of `key` that is still pending. A removal also deletes what was
     /// kept of damaged stores, and what could not be read. A string or boolean does nothing while
     /// `takeLateScalars` has one of that key: whoever sets it has not seen that.
-    void set(const QString &key, PendingValue value);
+    void set(const QString &key, const PendingValue &value);
 
     /// Waits until nothing is pending, which is true, or a commit has failed, which is false.
     bool flush();

@@ -96,6 +96,8 @@ private Q_SLOTS:
         traced.setProcessChannelMode(QProcess::MergedChannels);
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(u"AULORA_READ_FOLDER"_s, folder.path());
+        // Leaks cannot be looked for in a program that is traced.
+        environment.insert(u"ASAN_OPTIONS"_s, u"detect_leaks=0"_s);
         traced.setProcessEnvironment(environment);
         traced.start(strace,
                      {u"-f"_s, u"-e"_s, u"trace=%file,%network"_s, u"-s"_s, u"4096"_s, u"-o"_s,

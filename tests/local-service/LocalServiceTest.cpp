@@ -370,7 +370,7 @@ private Q_SLOTS:
             const auto exchange = service.send(request);
             QTRY_VERIFY_WITH_TIMEOUT(exchange->isClosed(), patience);
         }
-        QTRY_COMPARE_WITH_TIMEOUT(service.log().count(u'\n'), requests.size(), patience);
+        QTRY_COMPARE_WITH_TIMEOUT(service.log().count(u'\n'), qsizetype(requests.size()), patience);
         static const QRegularExpression line(
             u"^\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}Z (POST|GET|-) (/\\S*|-) \\d{3} \\d+ B \\d+ ms$"_s);
         const QStringList lines = service.log().split(u'\n', Qt::SkipEmptyParts);

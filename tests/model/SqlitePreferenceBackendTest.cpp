@@ -197,6 +197,7 @@ public:
 } // namespace
 
 /// Takes the place of the C library's function for SQLite too.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): theirs are reserved names
 extern "C" ssize_t pread64(int file, void *buffer, size_t size, off64_t offset)
 {
     if (!BrokenDisk::isBroken)
