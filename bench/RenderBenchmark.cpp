@@ -85,7 +85,7 @@ public:
         QStringList words;
         for (int left = 8 + m_random.bounded(12); left > 0; --left)
             words.append(word());
-        const QString text = words.join(u' ');
+        QString text = words.join(u' ');
         switch (m_random.bounded(8)) {
         case 0:
             return u"## "_s + words.first(3).join(u' ');

@@ -64,8 +64,9 @@ private Q_SLOTS:
         QTest::newRow("accents, neighbours of the line ends, other planes")
             << "¿Qué? ¡Ñandú! “cita” — …\n𝄞😀\n"_ba
             << QStringList{u"¿Qué? ¡Ñandú! “cita” — …"_s, u"𝄞😀"_s};
-        QTest::newRow("neighbours in code") << "\u0084\u0086\u2027\u202A\u00A0"_ba
-                                            << QStringList{u"\u0084\u0086\u2027\u202A\u00A0"_s};
+        QTest::newRow("neighbours in code")
+            << "\u0084\u0086\u2027\u202A\u00A0\u202C"_ba
+            << QStringList{u"\u0084\u0086\u2027\u202A\u00A0\u202C"_s};
         QTest::newRow("control characters and NUL")
             << QByteArray("a\0b\x01\x7F\n\0", 7) << QStringList{u"a\0b\x01\x7F"_s, u"\0"_s};
         QTest::newRow("byte order marks are text") << "\xEF\xBB\xBFuno\n\xEF\xBB\xBF\xEF\xBB\xBF"

@@ -38,9 +38,11 @@ QImage ContinuousPicture::paintedImage(QSizeF size, double ratio) const
     const QSize pixels = (size * ratio).toSize();
     const auto aspect = m_fillMode == Crop ? Qt::KeepAspectRatioByExpanding : Qt::IgnoreAspectRatio;
     const QImage scaled = m_picture.scaled(pixels, aspect, Qt::SmoothTransformation);
+    // On a whole pixel, so that it stays as sharp as it was scaled.
+    const QPoint corner((pixels.width() - scaled.width()) / 2,
+                        (pixels.height() - scaled.height()) / 2);
     QBrush picture(scaled);
-    picture.setTransform(QTransform::fromTranslate((pixels.width() - scaled.width()) / 2,
-                                                   (pixels.height() - scaled.height()) / 2));
+    picture.setTransform(QTransform::fromTranslate(corner.x(), corner.y()));
     QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
     image.fill(Qt::transparent);
     QPainter painter(&image);
