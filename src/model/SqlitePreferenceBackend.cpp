@@ -12,6 +12,7 @@
 
 #include <array>
 #include <filesystem>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -85,8 +86,8 @@ QVariant bindable(const PreferenceValue &value)
 
 } // namespace
 
-SqlitePreferenceBackend::SqlitePreferenceBackend(const QString &path)
-    : m_path(path)
+SqlitePreferenceBackend::SqlitePreferenceBackend(QString path)
+    : m_path(std::move(path))
     , m_connectionName(u"preferences-"_s + QUuid::createUuid().toString(QUuid::WithoutBraces))
 { }
 
@@ -173,7 +174,7 @@ std::optional<QString> SqlitePreferenceBackend::deleteDamaged()
 /// where there is no database.
 SqlitePreferenceBackend::Failure SqlitePreferenceBackend::readAnyhow(const Operation &operation)
 {
-    const Failure failure = attempt(operation);
+    Failure failure = attempt(operation);
     if (!failure || isMissing(m_path))
         return std::nullopt;
     // Such a connection sees neither what is in the log nor what another program is changing.

@@ -23,7 +23,7 @@ class SqlitePreferenceBackend : public PreferenceBackend
 {
 public:
     /// `path` names the database file; its folder is made when it is needed.
-    explicit SqlitePreferenceBackend(const QString &path);
+    explicit SqlitePreferenceBackend(QString path);
     ~SqlitePreferenceBackend() override;
 
     std::variant<Scalars, PreferenceReadError> load() override;

@@ -349,7 +349,7 @@ private:
     /// The window as drawn, kept as `name`.png in the folder AULORA_SHOTS names, if it does.
     QImage grab(const QString &name)
     {
-        const QImage shot = m_view->grabWindow();
+        QImage shot = m_view->grabWindow();
         const QString folder = qEnvironmentVariable("AULORA_SHOTS");
         if (!folder.isEmpty() && !shot.save(QDir(folder).filePath(name + u".png"_s)))
             qFatal("cannot keep the picture");

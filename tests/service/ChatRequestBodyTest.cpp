@@ -128,7 +128,7 @@ private Q_SLOTS:
     void encodesImagesOfAnySize_data()
     {
         QTest::addColumn<qsizetype>("size");
-        constexpr qsizetype block = 48 * 1024;
+        constexpr qsizetype block = qsizetype(48) * 1024;
         for (const qsizetype size :
              {qsizetype(0), qsizetype(1), qsizetype(2), qsizetype(3), block - 1, block, block + 1,
               2 * block + 2, qsizetype(12'582'912)})
@@ -155,7 +155,7 @@ private Q_SLOTS:
             const QByteArray block = body->takeNextBlock();
             if (block.isEmpty())
                 break;
-            QVERIFY(block.size() <= 64 * 1024);
+            QVERIFY(block.size() <= qsizetype(64) * 1024);
             size += block.size();
         }
         QCOMPARE(size, length);

@@ -4,6 +4,7 @@
 
 #include <QTest>
 
+#include <algorithm>
 #include <map>
 #include <mutex>
 #include <netdb.h>
@@ -64,13 +65,16 @@ addrinfo *loopbackAddress(int family, addrinfo *next)
 
 } // namespace
 
-/// Take the place of the C library's functions for the network library too.
+// Take the place of the C library's functions for the network library too. Theirs have reserved
+// names for their parameters.
+// NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
 extern "C" int getaddrinfo(const char *name, const char *, const addrinfo *, addrinfo **result)
 {
-    const std::vector<int> families = Names::families(name);
+    std::vector<int> families = Names::families(name);
+    std::ranges::reverse(families);
     *result = nullptr;
-    for (auto family = families.rbegin(); family != families.rend(); ++family)
-        *result = loopbackAddress(*family, *result);
+    for (const int family : families)
+        *result = loopbackAddress(family, *result);
     return *result ? 0 : EAI_NONAME;
 }
 
@@ -82,6 +86,7 @@ extern "C" void freeaddrinfo(addrinfo *first) noexcept
         delete address;
     }
 }
+// NOLINTEND(readability-inconsistent-declaration-parameter-name)
 
 /// One question to a service whose name has several addresses, not all of which answer.
 class SendFlowAddressesTest : public QObject
