@@ -60,7 +60,7 @@ std::vector<int> boundSockets(Loopback loopback)
 
 std::shared_ptr<SSL_CTX> contextFor(const ServerCredentials &credentials)
 {
-    const std::shared_ptr<SSL_CTX> context(SSL_CTX_new(TLS_server_method()), SSL_CTX_free);
+    std::shared_ptr<SSL_CTX> context(SSL_CTX_new(TLS_server_method()), SSL_CTX_free);
     const std::shared_ptr<BIO> certificateText(
         BIO_new_mem_buf(credentials.certificate.constData(), -1), BIO_free);
     const std::shared_ptr<X509> certificate(

@@ -521,7 +521,7 @@ void SendFlowFaultsTest::aHeadWithoutEndFails()
     ScriptedServer server(m_credentials, afterTheQuestion([&](ScriptedConnection &connection) {
                               connection.send("HTTP/1.1 200 OK\r\n");
                               const QByteArray field
-                                  = "X-Padding: " + QByteArray(4 * 1024, 'a') + "\r\n";
+                                  = "X-Padding: " + QByteArray(4096, 'a') + "\r\n";
                               while (connection.send(field))
                                   sentSize += field.size();
                           }));
@@ -531,7 +531,7 @@ void SendFlowFaultsTest::aHeadWithoutEndFails()
     QCOMPARE(assistantTexts(chat), QStringList{notice(invalidResponse)});
     QCOMPARE(server.requests().size(), 1);
     // What is on its way between the two does not count.
-    constexpr qint64 slack = 8 * 1024 * 1024;
+    constexpr qint64 slack = qint64(8) * 1024 * 1024;
     QVERIFY(sentSize < HttpResponseReader::maximumOverhead + slack);
 }
 

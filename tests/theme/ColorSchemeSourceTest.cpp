@@ -15,6 +15,7 @@
 
 #include <atomic>
 #include <memory>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -28,8 +29,8 @@ class PortalSettings : public QObject
 public:
     enum class Answer { Value, Error, Late };
 
-    explicit PortalSettings(const QDBusConnection &bus)
-        : m_bus(bus)
+    explicit PortalSettings(QDBusConnection bus)
+        : m_bus(std::move(bus))
     { }
 
     void state(uint value) { m_value = value; }

@@ -101,7 +101,7 @@ void ThemeTest::greensStayInBothSchemes()
     theme.setAppearanceRawValue(u"light"_s);
     const QColor panel = theme.panelBackground();
     const QColor hairline = theme.hairline();
-    const QColor accent = theme.property("accent").value<QColor>();
+    const auto accent = theme.property("accent").value<QColor>();
     theme.setAppearanceRawValue(u"dark"_s);
     QVERIFY(theme.panelBackground() != panel);
     QVERIFY(theme.hairline() != hairline);

@@ -22,9 +22,14 @@ static bool hasBadString(const QByteArray &json)
         const char c = json[i];
         if (c == '"')
             isInString = !isInString;
-        else if (isInString && static_cast<unsigned char>(c) < 0x20)
+        if (!isInString)
+            continue;
+        if (static_cast<unsigned char>(c) < 0x20)
             return true;
-        else if (isInString && c == '\\' && !QByteArrayView("\"\\/bfnrtu").contains(json[++i]))
+        if (c != '\\')
+            continue;
+        ++i;
+        if (i == json.size() || !QByteArrayView("\"\\/bfnrtu").contains(json[i]))
             return true;
     }
     return false;

@@ -52,8 +52,8 @@ QByteArray withLineWidth(QByteArray drawing, double width)
     if (drawing.contains(regular))
         return drawing.replace(regular, "stroke-width=\"" + QByteArray::number(width) + '"');
     return drawing.replace("<svg ",
-                           "<svg stroke=\"currentColor\" stroke-linejoin=\"round\" stroke-width=\""
-                               + QByteArray::number(width - 1) + "\" ");
+                           R"(<svg stroke="currentColor" stroke-linejoin="round" stroke-width=")"
+                               + QByteArray::number(width - 1) + R"(" )");
 }
 
 QImage paintSymbol(const Key &key)
@@ -104,7 +104,7 @@ QImage symbolImage(const QString &name, double points, int weight, QColor color,
                   .ratio = ratio};
     if (const auto *kept = cache.object(key))
         return *kept;
-    const QImage image = paintSymbol(key);
+    QImage image = paintSymbol(key);
     cache.insert(key, new QImage(image));
     return image;
 }
