@@ -201,7 +201,7 @@ void addMislabelled(QList<HostileImage> &images)
     images.append({"icon", encoded(picture().scaled(64, 64), "ico"), Outcome::Refused});
     images.append({"apple icon", "icns" + big(8, 4), Outcome::Refused});
     images.append({"pixmap as program text",
-                   "/* XPM */ static char *x[] = {\"1 1 1 1\", \"a c #ff0000\", \"a\"};",
+                   R"(/* XPM */ static char *x[] = {"1 1 1 1", "a c #ff0000", "a"};)",
                    Outcome::Refused});
     images.append({"bitmap as program text",
                    "#define x_width 8\n#define x_height 1\nstatic char x_bits[] = {0xff};",
