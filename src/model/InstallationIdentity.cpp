@@ -13,7 +13,7 @@ QString InstallationIdentity::installationUserId() const
 {
     if (const auto stored = m_store->string(userIdKey))
         return *stored;
-    const QString userId = u"aulora-"_s + uuidText(QUuid::createUuid());
+    QString userId = u"aulora-"_s + uuidText(QUuid::createUuid());
     m_store->setString(userIdKey, userId);
     return userId;
 }

@@ -81,7 +81,7 @@ void ScriptedConnection::recordRequest(qsizetype headSize)
 qsizetype ScriptedConnection::receive()
 {
     // Nothing larger fits a TLS record.
-    std::array<char, 16 * 1024> buffer;
+    std::array<char, 16'384> buffer;
     const qsizetype size = m_tls ? SSL_read(m_tls.get(), buffer.data(), int(buffer.size()))
                                  : recv(m_socket, buffer.data(), buffer.size(), 0);
     if (size > 0)

@@ -250,7 +250,7 @@ void SendFlowFaultsTest::services_data()
             sending(answer({}, status, "Location: /api/otro\r\nConnection: keep-alive\r\n")),
             {notice(serverError(status.first(3).toInt()))});
     for (const QByteArray &scheme :
-         {"Basic realm=\"x\""_ba, "Digest realm=\"x\", nonce=\"1\""_ba, "NTLM"_ba, "Negotiate"_ba})
+         {R"(Basic realm="x")"_ba, R"(Digest realm="x", nonce="1")"_ba, "NTLM"_ba, "Negotiate"_ba})
         row("asks for a password, " + scheme,
             sending(answer({}, "401 Unauthorized", "WWW-Authenticate: " + scheme + "\r\n")),
             {notice(serverError(401))});
@@ -487,7 +487,7 @@ void SendFlowFaultsTest::aLargeQuestionIsSentOnce()
 void SendFlowFaultsTest::aReplyMayBeOfAnyLength_data()
 {
     QTest::addColumn<QByteArray>("piece");
-    QTest::newRow("one line") << QByteArray(64 * 1024, 'a');
+    QTest::newRow("one line") << QByteArray(65'536, 'a');
     QTest::newRow("lines") << (QByteArray(8 * 1024 - 1, 'a') + '\n').repeated(8);
 }
 
