@@ -103,7 +103,8 @@ Rectangle {
         id: announcement
     }
 
-    // The reply is told of as a whole, whichever conversation is looked at meanwhile.
+    // The reply is told of as a whole, whichever conversation is looked at meanwhile. A notice takes
+    // the place of the end that comes with it.
     Connections {
         target: detail.contentView
 
@@ -113,6 +114,9 @@ Rectangle {
         function onIsLoadingChanged() {
             if (!detail.contentView.isLoading)
                 announcement.say("Respuesta terminada");
+        }
+        function onNoticeAppended(text) {
+            announcement.say(text);
         }
     }
 

@@ -272,6 +272,7 @@ void ContentView::appendAssistantNotice(const QString &text)
                    .isUser = false,
                    .attachmentName = std::nullopt,
                    .imagePreviewData = std::nullopt});
+    Q_EMIT noticeAppended(text);
 }
 
 void ContentView::setSelectedImage(const QByteArray &data, const std::optional<QString> &name,

@@ -152,6 +152,8 @@ Q_SIGNALS:
     void replyHasStartedChanged();
     /// The exchange under way has its reply: an assistant message, perhaps still empty.
     void replyStarted();
+    /// The exchange under way came to nothing, for the reason that `text` gives.
+    void noticeAppended(const QString &text);
     void showClearHistoryConfirmationChanged();
     void showSettingsChanged();
     void showImageImporterChanged();

@@ -3,11 +3,20 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Aulora.Theme
 
-/// Says one sentence to whoever listens to the screen instead of looking at it.
+/// Says one sentence to whoever listens to the screen instead of looking at it: of several that
+/// come together, the last.
 Item {
     id: announcement
 
+    property string sentence
+
     function say(sentence: string) {
+        announcement.sentence = sentence;
+        Qt.callLater(announcement.speak);
+    }
+
+    function speak() {
+        // A screen reader is told only of what was not there before.
         visible = false;
         Accessible.name = sentence;
         visible = true;

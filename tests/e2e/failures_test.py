@@ -59,8 +59,9 @@ class FailuresTest(AuloraTestCase):
         self.assistant.close()
         program = self.start()
         program.ask("¿hay alguien?")
-        self.assert_notice(program, "¿hay alguien?",
-                           PREFIX + "El servicio rechazó la conexión.")
+        notice = PREFIX + "El servicio rechazó la conexión."
+        self.assert_notice(program, "¿hay alguien?", notice)
+        program.element("notification", notice)
 
     def serve_with(self, host, days=30, trusted=True):
         """Takes the assistant's place with a certificate of its own: for a host, valid so many

@@ -387,6 +387,8 @@ Item {
 
         function announced() {
             const announcement = items(column, item => item.say !== undefined)[0];
+            // What is said together is told apart once the event loop comes round.
+            wait(0);
             const sentence = announcement.visible ? announcement.Accessible.name : "";
             announcement.visible = false;
             return sentence;
@@ -404,6 +406,14 @@ Item {
             compare(announced(), "");
             program.setLoading(false);
             compare(announced(), "Respuesta terminada");
+        }
+
+        function test_announcesWhyThereIsNoReply() {
+            program.ask("Uno");
+            program.setLoading(true);
+            program.failWith("No pude completar la respuesta.");
+            compare(announced(), "No pude completar la respuesta.");
+            compare(announced(), "", "it is said alone");
         }
 
         function test_announcesNothingForLookingElsewhere() {

@@ -561,8 +561,11 @@ void ContentViewTest::replyStartsOnce()
     QCOMPARE(started.count(), 1);
 
     screen.view.setLoading(true);
+    const QSignalSpy noticed(&screen.view, &ContentView::noticeAppended);
     screen.view.appendAssistantNotice(u"No pude preparar la consulta."_s);
     QCOMPARE(started.count(), 1);
+    QCOMPARE(noticed.count(), 1);
+    QCOMPARE(noticed.constFirst().constFirst(), u"No pude preparar la consulta."_s);
 }
 
 void ContentViewTest::turningImageAnalysisOffDropsThePendingImage()
