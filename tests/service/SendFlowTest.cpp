@@ -6,7 +6,10 @@
 #include <QHash>
 #include <QJsonDocument>
 #include <QJsonObject>
+#include <QNetworkProxy>
+#include <QScopeGuard>
 #include <QSignalSpy>
+#include <QTcpServer>
 #include <QTest>
 
 #include <optional>
@@ -50,6 +53,7 @@ class SendFlowTest : public QObject
 private Q_SLOTS:
     void asksTheServiceAsAgreed();
     void sendsNeitherCookieNorMemory();
+    void asksNoProxy();
     void sendsWhatTheComposerHolds_data();
     void sendsWhatTheComposerHolds();
     void readsTheIdentityForEachQuestion();
@@ -60,6 +64,7 @@ private Q_SLOTS:
     void beginsAConversationWhenNoneIsSelected();
     void showsAndSavesTheQuestionBeforeTheReply_data();
     void showsAndSavesTheQuestionBeforeTheReply();
+    void savesTheTitleBeforeTheQuestion();
     void titlesAConversationOnce();
     void keepsNoPreviewWhenNoneCanBeMade();
     void saysWhenTheQuestionCannotBePrepared();
@@ -147,6 +152,22 @@ void SendFlowTest::sendsNeitherCookieNorMemory()
     QVERIFY(!second.body.contains("una"));
     QVERIFY(!second.body.contains("respuesta"));
     QCOMPARE(chat.messages().size(), 4);
+}
+
+void SendFlowTest::asksNoProxy()
+{
+    const auto server = answeringServer();
+    TestChat chat(serviceAt(*server));
+    QTcpServer proxy;
+    QVERIFY(proxy.listen(QHostAddress::LocalHost));
+    QNetworkProxy::setApplicationProxy(
+        {QNetworkProxy::HttpProxy, proxy.serverAddress().toString(), proxy.serverPort()});
+    const auto none = qScopeGuard([] { QNetworkProxy::setApplicationProxy({}); });
+    QSignalSpy heard(&proxy, &QTcpServer::newConnection);
+    chat.send(u"hola"_s);
+    QVERIFY(QTest::qWaitFor([&] { return !chat.view.isLoading() || heard.count() > 0; }, 30'000));
+    QCOMPARE(heard.count(), 0);
+    QCOMPARE(chat.messages().constLast().text, u"respuesta"_s);
 }
 
 void SendFlowTest::sendsWhatTheComposerHolds_data()
@@ -355,6 +376,22 @@ void SendFlowTest::showsAndSavesTheQuestionBeforeTheReply()
     QCOMPARE(chat.messages().constLast().text, u"respuesta"_s);
     QVERIFY(!chat.messages().constLast().isUser);
     QCOMPARE(chat.stored(), chat.conversations());
+}
+
+void SendFlowTest::savesTheTitleBeforeTheQuestion()
+{
+    const auto server = answeringServer();
+    TestChat chat(serviceAt(*server));
+    QStringList saved;
+    connect(&chat.store, &PreferenceStore::changed, &chat.view, [&](const QString &key) {
+        if (key != HistoryStore::historyKey)
+            return;
+        const Conversation conversation = chat.stored().constFirst();
+        saved.append(u"%1, %2"_s.arg(conversation.title).arg(conversation.messages.size()));
+    });
+    chat.send(u"hola"_s);
+    QCOMPARE(saved, QStringList({u"hola, 0"_s, u"hola, 1"_s}));
+    QVERIFY(waitForTheEnd(chat));
 }
 
 void SendFlowTest::titlesAConversationOnce()
