@@ -21,6 +21,31 @@ PreferenceStore::DataSource constant(const QByteArray &bytes)
     return [bytes] { return bytes; };
 }
 
+/// A value whose evaluation lasts until a test says so.
+class SlowValue
+{
+public:
+    explicit SlowValue(const QByteArray &bytes)
+        : m_bytes(bytes)
+    { }
+
+    PreferenceStore::DataSource source()
+    {
+        return [this] {
+            m_started.release();
+            m_mayEnd.acquire();
+            return m_bytes;
+        };
+    }
+    void waitForStart() { m_started.acquire(); }
+    void end() { m_mayEnd.release(); }
+
+private:
+    QByteArray m_bytes;
+    QSemaphore m_started;
+    QSemaphore m_mayEnd;
+};
+
 bool readSettings(QIODevice &device, QSettings::SettingsMap &map)
 {
     QDataStream stream(&device);
@@ -330,14 +355,9 @@ void PreferenceStoreTest::coalesces()
 {
     const auto memory = std::make_shared<PreferenceMemory>();
     PreferenceStore store(std::make_unique<MemoryPreferenceBackend>(memory));
-    QSemaphore started;
-    QSemaphore mayEnd;
-    store.setData(u"slow"_s, [&] {
-        started.release();
-        mayEnd.acquire();
-        return QByteArray("1");
-    });
-    started.acquire();
+    SlowValue slow("1");
+    store.setData(u"slow"_s, slow.source());
+    slow.waitForStart();
     int evaluations = 0;
     for (int i = 0; i < 100; ++i)
         store.setData(u"bytes"_s, [&evaluations, i] {
@@ -345,7 +365,7 @@ void PreferenceStoreTest::coalesces()
             return QByteArray::number(i);
         });
     store.setString(u"text"_s, u"1"_s);
-    mayEnd.release();
+    slow.end();
     QVERIFY(store.flush());
     QCOMPARE(evaluations, 1);
     QCOMPARE(memory->attempts().size(), 2);
@@ -413,16 +433,11 @@ void PreferenceStoreTest::aNewerValueWinsOverAFailedOne()
     const auto memory = std::make_shared<PreferenceMemory>();
     memory->setFailure(u"full"_s);
     PreferenceStore store(std::make_unique<MemoryPreferenceBackend>(memory));
-    QSemaphore started;
-    QSemaphore mayEnd;
-    store.setData(u"bytes"_s, [&] {
-        started.release();
-        mayEnd.acquire();
-        return QByteArray("older");
-    });
-    started.acquire();
+    SlowValue older("older");
+    store.setData(u"bytes"_s, older.source());
+    older.waitForStart();
     store.setData(u"bytes"_s, constant("newer"));
-    mayEnd.release();
+    older.end();
     QVERIFY(!store.flush());
     memory->setFailure(std::nullopt);
     QVERIFY(store.flush());
@@ -518,17 +533,12 @@ void PreferenceStoreTest::aTextReadLateStaysUntilItIsTold()
     memory->setReadFailure(std::nullopt);
 
     // All is read by the time that a value is evaluated, and this thread has not been told yet.
-    QSemaphore started;
-    QSemaphore mayEnd;
-    store.setData(u"slow"_s, [&] {
-        started.release();
-        mayEnd.acquire();
-        return QByteArray("1");
-    });
-    started.acquire();
+    SlowValue slow("1");
+    store.setData(u"slow"_s, slow.source());
+    slow.waitForStart();
     QCOMPARE(store.string(u"identifier"_s), std::nullopt);
     store.setString(u"identifier"_s, u"made anew"_s);
-    mayEnd.release();
+    slow.end();
     QVERIFY(store.flush());
     QCOMPARE(store.string(u"identifier"_s), u"stored"_s);
     QCOMPARE(memory->value(u"identifier"_s), PreferenceValue(u"stored"_s));
