@@ -2,7 +2,6 @@
 
 #include "CharacterClass.h"
 
-#include <QClipboard>
 #include <QCursor>
 #include <QGuiApplication>
 #include <QStringList>
@@ -68,13 +67,13 @@ void SelectableText::clearSelection()
 void SelectableText::replaceRows(qsizetype first, std::vector<TextRow> rows)
 {
     TextRowsItem::replaceRows(first, std::move(rows));
-    if (m_selection.isEmpty() || m_selection.end.row < first)
-        return;
+    const bool differs = !m_selection.isEmpty() && m_selection.end.row >= first;
+    // Where a selection only begins has to be a place, too. The old rows are gone, and the new ones
+    // are painted anyway.
     m_anchor = {clamped(m_anchor.start), clamped(m_anchor.end)};
-    const TextSpan kept{clamped(m_selection.start), clamped(m_selection.end)};
-    // The old rows are gone, and the new ones are painted anyway.
-    m_selection = kept;
-    Q_EMIT selectionChanged();
+    m_selection = {clamped(m_selection.start), clamped(m_selection.end)};
+    if (differs)
+        Q_EMIT selectionChanged();
 }
 
 TextPosition SelectableText::clamped(TextPosition position) const
@@ -204,10 +203,10 @@ void SelectableText::keyPressEvent(QKeyEvent *event)
         event->ignore();
 }
 
-void SelectableText::copyTo(int clipboardMode) const
+void SelectableText::copyTo(QClipboard::Mode mode) const
 {
     if (!m_selection.isEmpty())
-        QGuiApplication::clipboard()->setText(selectedText(), QClipboard::Mode(clipboardMode));
+        QGuiApplication::clipboard()->setText(selectedText(), mode);
 }
 
 void SelectableText::focusOutEvent(QFocusEvent *event)

@@ -3,6 +3,7 @@
 #include "EdgeScroller.h"
 #include "TextRowsItem.h"
 
+#include <QClipboard>
 #include <QElapsedTimer>
 
 /// Rows of text that can be selected and copied but not changed: by dragging, a word by a double
@@ -54,7 +55,7 @@ private:
     TextSpan unitAt(QPointF point) const;
     TextRange wordAt(QPointF point) const;
     TextPosition clamped(TextPosition position) const;
-    void copyTo(int clipboardMode) const;
+    void copyTo(QClipboard::Mode mode) const;
 
     TextSpan m_selection;
     TextSpan m_anchor; ///< the unit the drag began at

@@ -532,6 +532,34 @@ private Q_SLOTS:
         QCOMPARE(window.view().selectedText(), text);
     }
 
+    // A growing reply ends in a line feed, and the row after it goes when the reply is complete.
+    void selectsFromARowThatHasGone()
+    {
+        Window window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        window.showText(u"uno\ndos\n"_s);
+        QCOMPARE(window.view().rowCount(), 3);
+        QTest::mousePress(&window, Qt::LeftButton, {}, window.pointAt(2, 3, 2));
+        window.showText(u"uno\ndos"_s);
+        QCOMPARE(window.view().rowCount(), 2);
+        QTest::mouseMove(&window, window.pointAt(0, 0));
+        QTest::mouseRelease(&window, Qt::LeftButton, {}, window.pointAt(0, 0));
+        QCOMPARE(window.view().selectedText(), u"uno\ndos"_s);
+    }
+
+    void keepsToARowThatWasShortened()
+    {
+        Window window;
+        window.show();
+        QVERIFY(QTest::qWaitForWindowExposed(&window));
+        window.showText(u"uno dos tres"_s);
+        QTest::mouseClick(&window, Qt::LeftButton, {}, window.pointAt(0, 300));
+        window.showText(u"uno"_s);
+        QTest::mouseClick(&window, Qt::LeftButton, Qt::ShiftModifier, window.pointAt(0, 0));
+        QCOMPARE(window.view().selectedText(), u"uno"_s);
+    }
+
     void selectsAWordByADoubleClickAndARowByATriple()
     {
         Window window;
