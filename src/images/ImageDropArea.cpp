@@ -25,7 +25,9 @@ void ImageDropArea::setIntake(ImageIntake *intake)
 
 void ImageDropArea::dragEnterEvent(QDragEnterEvent *event)
 {
-    setHoveringImage(ImageIntake::bringImage(draggedItems(event->mimeData())));
+    // Of a drag that was not let in, neither the end nor the drop is told.
+    setHoveringImage(m_intake && m_intake->takesDrops()
+                     && ImageIntake::bringImage(draggedItems(event->mimeData())));
     event->setDropAction(Qt::CopyAction);
     event->setAccepted(m_isTargeted);
 }

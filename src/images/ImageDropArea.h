@@ -36,7 +36,8 @@ private:
     void updateTargeted();
 
     ImageIntake *m_intake = nullptr;
-    /// True while a drag with an image hovers here, whether it would be taken or not.
+    /// True while a drag with an image that was let in hovers here, whether or not it would still
+    /// be taken.
     bool m_hasHoveringImage = false;
     bool m_isTargeted = false;
 };

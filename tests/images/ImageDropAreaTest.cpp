@@ -114,38 +114,26 @@ private Q_SLOTS:
         QVERIFY(!view().hasImageImportError());
     }
 
-    void invitesNothingWhileADropWouldBeRefused_data()
-    {
-        QTest::addColumn<bool>("analysisEnabled");
-        QTest::addColumn<bool>("loading");
-        QTest::newRow("switched off") << false << false;
-        QTest::newRow("during a reply") << true << true;
-    }
+    void invitesNothingWhileADropWouldBeRefused_data() { whatAllowsDrops(); }
     void invitesNothingWhileADropWouldBeRefused()
     {
-        QFETCH(bool, analysisEnabled);
-        QFETCH(bool, loading);
-        view().setImageAnalysisEnabled(analysisEnabled);
-        view().setLoading(loading);
+        QFETCH(Allow, allow);
         m_mimeData->setData(u"image/png"_s, encoded(quarters({50, 40}), "png"));
-        QVERIFY(!enter());
-        QVERIFY(!m_area->isTargeted());
-        QVERIFY(!drop());
+        for (const auto &end :
+             {std::function([this] { leave(); }), std::function([this] { QVERIFY(!drop()); })}) {
+            allow(view(), false);
+            QVERIFY(!enter());
+            QVERIFY(!m_area->isTargeted());
+            end();
+            allow(view(), true);
+            QVERIFY(!m_area->isTargeted()); // The drag is over
+        }
     }
 
-    void invitesNoMoreOnceTheDropWouldBeRefused_data()
-    {
-        QTest::addColumn<std::function<void(ContentView &, bool)>>("allow");
-        using Action = std::function<void(ContentView &, bool)>;
-        QTest::newRow("switched off") << Action(
-            [](ContentView &view, bool allowed) { view.setImageAnalysisEnabled(allowed); });
-        QTest::newRow("a reply begins")
-            << Action([](ContentView &view, bool allowed) { view.setLoading(!allowed); });
-    }
+    void invitesNoMoreOnceTheDropWouldBeRefused_data() { whatAllowsDrops(); }
     void invitesNoMoreOnceTheDropWouldBeRefused()
     {
-        using Action = std::function<void(ContentView &, bool)>;
-        QFETCH(Action, allow);
+        QFETCH(Allow, allow);
         m_mimeData->setData(u"image/png"_s, encoded(quarters({50, 40}), "png"));
         QVERIFY(enter());
         QVERIFY(m_area->isTargeted());
@@ -168,14 +156,30 @@ private Q_SLOTS:
         m_mimeData->setData(u"image/png"_s, "x");
         QSignalSpy changes(m_area, &ImageDropArea::isTargetedChanged);
         QVERIFY(enter());
-        QDragLeaveEvent event;
-        QCoreApplication::sendEvent(m_window.get(), &event);
+        leave();
         QVERIFY(!m_area->isTargeted());
         QCOMPARE(changes.size(), 2);
     }
 
 private:
+    using Allow = std::function<void(ContentView &, bool)>;
+
+    static void whatAllowsDrops()
+    {
+        QTest::addColumn<Allow>("allow");
+        QTest::newRow("image analysis") << Allow(
+            [](ContentView &view, bool allowed) { view.setImageAnalysisEnabled(allowed); });
+        QTest::newRow("no reply under way")
+            << Allow([](ContentView &view, bool allowed) { view.setLoading(!allowed); });
+    }
+
     ContentView &view() { return m_screen->contentView; }
+
+    void leave()
+    {
+        QDragLeaveEvent event;
+        QCoreApplication::sendEvent(m_window.get(), &event);
+    }
 
     template <typename Event>
     bool send(Event event)
