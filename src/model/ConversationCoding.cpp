@@ -2,6 +2,7 @@
 
 #include "Base64.h"
 #include "JsonReader.h"
+#include "Utf8Text.h"
 #include "UuidText.h"
 
 #include <QStringEncoder>
@@ -292,7 +293,7 @@ private:
     std::optional<QString> readText(const QString &step, QByteArrayView field)
     {
         const auto text = readString(step, field);
-        return text ? std::optional(QString::fromUtf8(*text)) : std::nullopt;
+        return text ? std::optional(textFromUtf8(*text)) : std::nullopt;
     }
 
     std::optional<QUuid> readUuid(const QString &step, QByteArrayView field)
@@ -300,7 +301,7 @@ private:
         const auto text = readString(step, field);
         if (!text)
             return std::nullopt;
-        const auto uuid = parseUuid(QString::fromUtf8(*text));
+        const auto uuid = parseUuid(textFromUtf8(*text));
         return uuid ? uuid : complain(u"el UUID no es válido"_s, step);
     }
 

@@ -1,5 +1,7 @@
 #include "LineDecoder.h"
 
+#include "Utf8Text.h"
+
 #include <array>
 #include <cstdint>
 #include <utility>
@@ -72,18 +74,10 @@ Subpart subpartAt(QByteArrayView bytes)
     return {length, true};
 }
 
-/// QString::fromUtf8 drops a byte order mark at the start, which here is part of the line.
-QString decodeWellFormed(QByteArrayView bytes)
-{
-    constexpr QByteArrayView byteOrderMark("\xEF\xBB\xBF");
-    const QString text = QString::fromUtf8(bytes);
-    return bytes.startsWith(byteOrderMark) ? QChar(QChar::ByteOrderMark) + text : text;
-}
-
 QString decodeLine(QByteArrayView bytes)
 {
     if (bytes.isValidUtf8())
-        return decodeWellFormed(bytes);
+        return textFromUtf8(bytes);
     QString text;
     qsizetype wellFormed = 0;
     while (wellFormed < bytes.size()) {
@@ -92,12 +86,12 @@ QString decodeLine(QByteArrayView bytes)
             wellFormed += subpart.length;
             continue;
         }
-        text += decodeWellFormed(bytes.first(wellFormed));
+        text += textFromUtf8(bytes.first(wellFormed));
         text += QChar(QChar::ReplacementCharacter);
         bytes = bytes.sliced(wellFormed + subpart.length);
         wellFormed = 0;
     }
-    return text + decodeWellFormed(bytes);
+    return text + textFromUtf8(bytes);
 }
 
 } // namespace

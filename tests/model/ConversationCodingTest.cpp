@@ -122,6 +122,9 @@ void ConversationCodingTest::escapes_data()
     same("escape", u"\x1B"_s, R"(\u001b)");
     same("delete", u"\x7F"_s, "\x7F");
     same("slash", u"/"_s, "/");
+    same("byte order mark", u"\uFEFFa"_s,
+         "\xEF\xBB\xBF"
+         "a");
     same("line separator", u"\u2028"_s, "\xE2\x80\xA8");
     same("beyond the first plane", u"🫀"_s, "\xF0\x9F\xAB\x80");
     same("last character", QString::fromUcs4(U"\U0010FFFF"), "\xF4\x8F\xBF\xBF");
@@ -303,6 +306,9 @@ void ConversationCodingTest::refuses_data()
     messageRow("number for an id", R"("id":7,"text":"","isUser":true)",
                u".id: se esperaba un texto"_s);
     messageRow("bad UUID", R"("id":"x","text":"","isUser":true)", u".id: el UUID no es válido"_s);
+    messageRow("UUID behind a byte order mark",
+               "\"id\":\"\xEF\xBB\xBF" + someIDText + R"(","text":"","isUser":true)",
+               u".id: el UUID no es válido"_s);
     messageRow("UUID in braces", R"("id":"{)" + someIDText + R"(}","text":"","isUser":true)",
                u".id: el UUID no es válido"_s);
     messageRow("UUID with a tail", R"("id":")" + someIDText + R"(0","text":"","isUser":true)",
