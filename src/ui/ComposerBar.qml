@@ -86,7 +86,11 @@ FocusScope {
                 placeholder: bar.imageAnalysisEnabled && bar.hasImage
                              ? "Preguntá sobre la imagen..." : "Preguntale a Aulora IA..."
                 onTextEdited: text => bar.textEdited(text)
-                onSubmitted: bar.sendRequested()
+                // Who asks to send what cannot be sent is not to see it leave later.
+                onSubmitted: {
+                    if (bar.canSend)
+                        bar.sendRequested();
+                }
                 onPasteRequested: bar.pasteRequested()
             }
 

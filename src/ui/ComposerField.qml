@@ -45,7 +45,7 @@ FocusScope {
     // Only what differs is taken over, so that the person's own typing, which comes back through
     // this property, leaves caret and undo history alone.
     function takeText() {
-        if (edit.text === text)
+        if (ComposerRules.writtenText(edit.textDocument) === text)
             return;
         bulk = ComposerRules.textBulk(text);
         edit.text = text;
@@ -118,9 +118,10 @@ FocusScope {
             Accessible.multiLine: true
             onCursorRectangleChanged: field.showCursor()
             onTextChanged: {
-                field.prepareFor(ComposerRules.textBulk(text));
-                if (text !== field.text)
-                    field.textEdited(text);
+                const written = ComposerRules.writtenText(edit.textDocument);
+                field.prepareFor(ComposerRules.textBulk(written));
+                if (written !== field.text)
+                    field.textEdited(written);
             }
 
             MouseArea {

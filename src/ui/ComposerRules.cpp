@@ -2,6 +2,7 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QTextDocument>
 
 #include <algorithm>
 
@@ -22,6 +23,12 @@ bool ComposerRules::canSend(const QString &text, bool hasImage, bool imageAnalys
     if (imageAnalysisEnabled && hasImage)
         return true;
     return std::any_of(text.cbegin(), text.cend(), [](QChar c) { return !c.isSpace(); });
+}
+
+QString ComposerRules::writtenText(QQuickTextDocument *document)
+{
+    QString text = document->textDocument()->toRawText();
+    return text.replace(QChar::ParagraphSeparator, u'\n');
 }
 
 ComposerRules::TextBulk ComposerRules::textBulk(const QString &text)

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QObject>
+#include <QQuickTextDocument>
 #include <QString>
 #include <QtQml/qqmlregistration.h>
 
@@ -33,6 +34,9 @@ public:
     /// `imageAnalysisEnabled`; text counts when it holds more than white space and line ends.
     Q_INVOKABLE static bool canSend(const QString &text, bool hasImage, bool imageAnalysisEnabled,
                                     bool isLoading);
+
+    /// The text of a field, to the character: its own property gives a blank for a no-break space.
+    Q_INVOKABLE static QString writtenText(QQuickTextDocument *document);
 
     Q_INVOKABLE static ComposerRules::TextBulk textBulk(const QString &text);
 

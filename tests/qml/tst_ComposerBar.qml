@@ -283,6 +283,21 @@ Item {
             type("  ");
             keyClick(Qt.Key_Return);
             compare(root.messageText, "  ");
+            compare(sent.count, 0);
+            root.isLoading = true;
+            type("otra");
+            keyClick(Qt.Key_Return);
+            compare(root.messageText, "  otra");
+            compare(sent.count, 0);
+        }
+
+        function test_keepsEveryCharacter() {
+            inputMethod.commit("500\u00A0mg\u2028y 5\u00A0ml");
+            compare(root.messageText, "500\u00A0mg\u2028y 5\u00A0ml");
+            root.messageText = "1\u00A0g";
+            compare(root.messageText, "1\u00A0g");
+            type("x");
+            compare(root.messageText, "1\u00A0gx");
         }
 
         function test_typingWhileLoading() {
