@@ -29,9 +29,7 @@ void PreviewPicture::setBytes(const QByteArray &bytes)
         return;
     m_bytes = bytes;
     m_pictureSize = announcedSize(bytes);
-    m_requestedSide = 0;
-    ++m_request;
-    setImage({});
+    letGo();
     updateSize();
     Q_EMIT bytesChanged();
 }
@@ -50,7 +48,10 @@ void PreviewPicture::setWanted(bool wanted)
     if (m_isWanted == wanted)
         return;
     m_isWanted = wanted;
-    decode();
+    if (wanted)
+        decode();
+    else
+        letGo();
     Q_EMIT wantedChanged();
 }
 
@@ -96,6 +97,13 @@ void PreviewPicture::decode()
             if (request == m_request)
                 show(image.value_or(QImage()));
         });
+}
+
+void PreviewPicture::letGo()
+{
+    m_requestedSide = 0;
+    ++m_request;
+    setImage({});
 }
 
 void PreviewPicture::show(const QImage &image)

@@ -10,7 +10,7 @@
 /// The previews that this program keeps are plain JPEGs, whose size is in their header: the
 /// implicit size of one is known at once, without a decoder. Any other picture that decodeImage()
 /// takes gets its size when it is decoded, and what is no picture never has one. The pixels are
-/// decoded on another thread once they are wanted, and no more of them than are shown.
+/// decoded on another thread while they are wanted, and no more of them than are shown.
 class PreviewPicture : public ContinuousPicture
 {
     Q_OBJECT
@@ -43,6 +43,8 @@ protected:
 private:
     void updateSize();
     void decode();
+    /// Keeps the size alone.
+    void letGo();
     void show(const QImage &image);
 
     QByteArray m_bytes;

@@ -117,6 +117,13 @@ private Q_SLOTS:
         QCOMPARE(implicitSize(), QSizeF(300, 200));
         QCOMPARE(m_picture->image().size(), QSize(300, 200)); // No more pixels than are shown
         QVERIFY(showsQuarters(m_picture->image()));
+
+        m_picture->setWanted(false);
+        QVERIFY(m_picture->image().isNull());
+        QCOMPARE(implicitSize(), QSizeF(300, 200));
+        m_picture->setWanted(true);
+        QTRY_VERIFY(!m_picture->image().isNull());
+        QVERIFY(showsQuarters(m_picture->image()));
     }
 
     void isTheFirstFrameOfAnAnimation()
@@ -184,8 +191,8 @@ private Q_SLOTS:
         m_picture->setBytes(encoded(quarters({600, 400}), "png"));
         m_picture->setWanted(true);
         QTRY_COMPARE(changes.size(), 1);
-        m_picture->setWanted(false);
-        m_picture->setWanted(true);
+        m_picture->setMaximumSize(maximumSize / 2);
+        m_picture->setMaximumSize(maximumSize);
         decodingPool()->waitForDone();
         QCoreApplication::processEvents();
         QCOMPARE(changes.size(), 1);
