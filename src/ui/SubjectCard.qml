@@ -15,10 +15,6 @@ PlainButton {
     text: title
     Accessible.description: subtitle
 
-    HoverHandler {
-        id: hoverHandler
-    }
-
     background: ContinuousRectangle {
         radius: card.focusRadius
         color: card.isHovering ? Theme.accentAt(0.035) : Theme.panelBackground
@@ -31,6 +27,11 @@ PlainButton {
 
         Behavior on borderColor {
             HoverAnimation {}
+        }
+
+        // Not on the button itself, which would then be pressed by any button of the mouse.
+        HoverHandler {
+            id: hoverHandler
         }
     }
 
