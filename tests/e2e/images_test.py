@@ -145,17 +145,19 @@ class ImagesTest(AuloraTestCase):
         home = self.files / "home"
         home.mkdir()
         data = image_bytes("JPEG")
-        (home / "IMG_0001.JPG").write_bytes(data)
+        for name in ("IMG_0001.JPG", "Foto.Jpg", "placa.jpe"):
+            (home / name).write_bytes(data)
         (home / "notas.txt").write_text("nada que elegir")
         program = self.start(home)
         program.button("Adjuntar imagen").press()
         program.element("label", CHOOSER)
-        program.element("label", "IMG_0001.JPG")
+        for name in ("IMG_0001.JPG", "Foto.Jpg", "placa.jpe"):
+            program.element("label", name)
         self.assertEqual(program.elements("label", "notas.txt"), [])
-        program.choose_file("IMG_0001.JPG")
+        program.choose_file("Foto.Jpg")
         self.wait_for_chip(program)
         self.assertEqual(program.elements("label", CHOOSER), [])
-        self.assert_sent(self.send_alone(program), data, "image/jpeg", "IMG_0001.JPG")
+        self.assert_sent(self.send_alone(program), data, "image/jpeg", "Foto.Jpg")
 
     def test_chooser_left_without_a_choice(self):
         program = self.start()

@@ -1,10 +1,12 @@
 #include "ImageIntake.h"
 
+#include "ImageFileNames.h"
 #include "ImagePreview.h"
 #include "SampleImages.h"
 #include "Screen.h"
 
 #include <QClipboard>
+#include <QDir>
 #include <QGuiApplication>
 #include <QMimeData>
 #include <QSignalSpy>
@@ -94,6 +96,26 @@ private Q_SLOTS:
     }
 
     void cleanup() { m_screen.reset(); }
+
+    void offersFilesByTheirNames_data()
+    {
+        QTest::addColumn<bool>("offered");
+        for (const char *name : {"a.jpg", "a.jpeg", "a.jpe", "a.png", "a.gif", "a.webp", "a.bmp",
+                                 "a.dib", "a.tif", "a.tiff", "a.heic", "a.heif", "a.hif",
+                                 "IMG_0001.JPG", "Foto.Jpg", "a.hEIC", "a.txt.png"})
+            QTest::newRow(name) << true;
+        for (const char *name : {"a.txt", "a.svg", "a.pdf", "a.png.txt", "png"})
+            QTest::newRow(name) << false;
+    }
+    void offersFilesByTheirNames()
+    {
+        QFETCH(bool, offered);
+        const QString name = QString::fromLatin1(QTest::currentDataTag());
+        file(name, sample());
+        const QDir folder(m_folder->path());
+        QCOMPARE(folder.entryList(ImageFileNames::patterns(), QDir::Files | QDir::CaseSensitive),
+                 offered ? QStringList(name) : QStringList());
+    }
 
     void takesAChosenFile_data()
     {
