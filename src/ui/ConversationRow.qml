@@ -17,8 +17,8 @@ PlainListItem {
 
     text: title
     highlighted: selected
-    // A title of several lines keeps clear of the edges.
-    implicitHeight: Math.max(43, contentItem.implicitHeight + 2 * 4)
+    // A title of several lines makes the row taller; there is no padding above and below.
+    implicitHeight: Math.max(43, contentItem.implicitHeight)
     focusRadius: 9
     leftPadding: 8
     rightPadding: 8

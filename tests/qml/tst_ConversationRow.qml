@@ -15,7 +15,31 @@ Item {
         id: rowComponent
 
         ConversationRow {
+            readonly property bool isUnderThePointer: pointer.hovered
+
             width: 224
+
+            Item {
+                anchors.fill: parent
+
+                HoverHandler {
+                    id: pointer
+                }
+            }
+        }
+    }
+
+    Component {
+        id: fadeComponent
+
+        // Fades as what does follow the pointer fades.
+        Rectangle {
+            visible: false
+            color: "black"
+
+            Behavior on color {
+                HoverAnimation {}
+            }
         }
     }
 
@@ -105,6 +129,28 @@ Item {
             verify(title.contentWidth <= title.width);
         }
 
+        function test_height_data() {
+            return [
+                { tag: "one line", title: "Una", lines: 1 },
+                { tag: "two lines", title: "Una\notra", lines: 2 },
+                { tag: "three lines", title: "Una\notra\ny otra", lines: 3 }
+            ];
+        }
+        function test_height(data) {
+            const row = make(data.title, 2, false);
+            const title = child(row, "title");
+            const count = label(row, "2 mensajes");
+            waitForRendering(row);
+
+            compare(title.lineCount, data.lines);
+            compare(row.height, Math.max(43, row.contentItem.implicitHeight));
+            verifyClose(row.contentItem.implicitHeight, Math.max(27, title.height + 2 + count.height),
+                        "content's height");
+            compare(title.truncated, false);
+            verify(rectangle(title, row).y >= 0, "title's top");
+            verify(rectangle(count, row).y + count.height <= row.height, "count's bottom");
+        }
+
         function test_hugeTitle_data() {
             return [
                 { tag: "without a blank", title: "x".repeat(100000) },
@@ -120,6 +166,43 @@ Item {
             verify(Date.now() - start < 200, Date.now() - start + " ms");
             verify(row.height < 200, row.height);
             compare(accessibleName(row), data.title);
+        }
+
+        function test_pointerOverItChangesNothing_data() {
+            return [{ tag: "at rest", selected: false }, { tag: "selected", selected: true }];
+        }
+        function test_pointerOverItChangesNothing(data) {
+            mouseMove(root, root.width - 1, root.height - 1);
+            const row = make("Una", 1, data.selected);
+            const look = () => [row].concat(items(row, () => true))
+                .map(item => [item.color, item.opacity, item.visible, item.scale].join(" ")).join("\n");
+            const before = look();
+
+            mouseMove(row, row.width / 2, row.height / 2);
+            tryCompare(row, "isUnderThePointer", true);
+            compare(look(), before);
+            // Nor has anything changed slowly.
+            const fade = createTemporaryObject(fadeComponent, root);
+            fade.color = "white";
+            tryVerify(() => Qt.colorEqual(fade.color, "white"));
+            compare(look(), before);
+            mouseMove(root, root.width - 1, root.height - 1);
+            tryCompare(row, "isUnderThePointer", false);
+        }
+
+        function test_hasNoContextMenu() {
+            const row = make("Una", 1, false);
+            waitForRendering(row);
+            const shown = () => items(row.Window.contentItem, item => item.visible).length;
+            const before = shown();
+
+            mousePress(row, row.width / 2, row.height / 2, Qt.RightButton);
+            compare(row.down, false);
+            mouseRelease(row, row.width / 2, row.height / 2, Qt.RightButton);
+            wait(0);
+            compare(clicked.count, 0);
+            compare(row.activeFocus, false);
+            compare(shown(), before);
         }
 
         function test_press() {
