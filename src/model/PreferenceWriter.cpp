@@ -189,6 +189,8 @@ void PreferenceWriter::serveRead(std::unique_lock<std::mutex> &lock)
         m_unread.remove(read->key);
         if (!m_areScalarsRead)
             loadScalars(lock);
+        if (m_areScalarsRead && m_unread.isEmpty())
+            m_readFailure.reset();
     } else {
         m_readFailure = std::get<PreferenceReadError>(result).description;
         m_unread.insert(read->key);

@@ -120,6 +120,7 @@ private Q_SLOTS:
     void bytesThatCannotBeReadStay();
     void bytesReadLateAreMergedWithEveryValue();
     void bytesReadAtLastAreTheReaders();
+    void noFailureStaysOnceAllIsRead();
     void aRemovalNeedNotReadFirst();
     void whatIsNeverReadStaysAtTheEnd();
 
@@ -611,6 +612,27 @@ void PreferenceStoreTest::bytesReadAtLastAreTheReaders()
     store.setBoolean(u"flag"_s, true);
     QVERIFY(store.flush());
     QCOMPARE(memory->value(u"flag"_s), PreferenceValue(true));
+}
+
+void PreferenceStoreTest::noFailureStaysOnceAllIsRead()
+{
+    const auto memory = std::make_shared<PreferenceMemory>();
+    memory->setReadFailure(u"busy"_s);
+    PreferenceStore store(std::make_unique<MemoryPreferenceBackend>(memory));
+    QCOMPARE(store.string(u"text"_s), std::nullopt);
+    QCOMPARE(store.readFailure(), u"busy"_s);
+    memory->setReadFailure(std::nullopt);
+    QCOMPARE(store.data(u"bytes"_s), std::nullopt);
+    QCOMPARE(store.readFailure(), std::nullopt);
+
+    // One that was read does not speak for another that was not.
+    memory->setReadFailure(u"busy again"_s);
+    QCOMPARE(store.data(u"bytes"_s), std::nullopt);
+    memory->setReadFailure(std::nullopt);
+    QCOMPARE(store.data(u"other"_s), std::nullopt);
+    QCOMPARE(store.readFailure(), u"busy again"_s);
+    QCOMPARE(store.data(u"bytes"_s), std::nullopt);
+    QCOMPARE(store.readFailure(), std::nullopt);
 }
 
 void PreferenceStoreTest::aRemovalNeedNotReadFirst()
