@@ -1,6 +1,7 @@
 #include "FigureReporter.h"
 #include "LineDecoder.h"
 #include "ReplyTask.h"
+#include "ResourceUse.h"
 #include "ScriptedServer.h"
 #include "TestChat.h"
 
@@ -10,11 +11,13 @@
 
 #include <algorithm>
 #include <benchmark/benchmark.h>
-#include <ctime>
+#include <chrono>
 
 using namespace Qt::StringLiterals;
 
 namespace {
+
+using Milliseconds = std::chrono::duration<double, std::milli>;
 
 constexpr qsizetype chunkSize = qsizetype(64) * 1024;
 
@@ -68,14 +71,6 @@ void reply(benchmark::State &state)
     }
 }
 
-/// Milliseconds of processor time that the calling thread has had.
-double threadMilliseconds()
-{
-    timespec time{};
-    clock_gettime(CLOCK_THREAD_CPUTIME_ID, &time);
-    return double(time.tv_sec) * 1'000 + double(time.tv_nsec) / 1'000'000;
-}
-
 /// The largest image sent over loopback: what the call costs the main thread, and the longest turn
 /// of its event loop until the reply has come.
 void sendLargestImage(benchmark::State &state)
@@ -89,30 +84,30 @@ void sendLargestImage(benchmark::State &state)
         connection.close();
     });
     const QByteArray image(12'582'912, 'x');
-    double worstCall = 0;
-    double worstTurn = 0;
+    Milliseconds worstCall{};
+    Milliseconds worstTurn{};
     for (auto _ : state) {
         TestChat chat({.apiURL = QUrl(u"https://localhost:%1/api/chat"_s.arg(server.port())),
                        .extraTrustAnchors = authority.certificate()});
         chat.view.setSelectedImage(image, u"placa.png"_s, u"image/png"_s);
-        double start = threadMilliseconds();
+        auto start = threadTime();
         chat.send(u"¿Qué se ve?"_s);
-        worstCall = std::max(worstCall, threadMilliseconds() - start);
+        worstCall = std::max<Milliseconds>(worstCall, threadTime() - start);
         QEventLoop loop;
         QObject::connect(&chat.view, &ContentView::isLoadingChanged, &loop, &QEventLoop::quit);
         QTimer everyTurn;
-        start = threadMilliseconds();
+        start = threadTime();
         QObject::connect(&everyTurn, &QTimer::timeout, &loop, [&] {
-            worstTurn = std::max(worstTurn, threadMilliseconds() - start);
-            start = threadMilliseconds();
+            worstTurn = std::max<Milliseconds>(worstTurn, threadTime() - start);
+            start = threadTime();
         });
         everyTurn.start(0);
         loop.exec();
         if (chat.messages().constLast().text != u"uno"_s)
             state.SkipWithError("the image did not arrive");
     }
-    state.counters["call"] = worstCall;
-    state.counters["longest turn"] = worstTurn;
+    state.counters["call"] = worstCall.count();
+    state.counters["longest turn"] = worstTurn.count();
 }
 
 BENCHMARK(sendLargestImage)

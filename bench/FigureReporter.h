@@ -28,7 +28,7 @@ public:
     {
         ConsoleReporter::ReportRuns(runs);
         for (const Run &run : runs) {
-            if (!run.error_occurred && run.run_type == Run::RT_Iteration)
+            if (!hasFailed(run) && run.run_type == Run::RT_Iteration)
                 m_runs.insert({run.benchmark_name(), run});
         }
     }
@@ -81,5 +81,15 @@ public:
     }
 
 private:
+    /// A template because the field's name depends on the library: from 1.8 on it is the second.
+    template <typename AnyRun>
+    static bool hasFailed(const AnyRun &run)
+    {
+        if constexpr (requires { run.error_occurred; })
+            return run.error_occurred;
+        else
+            return run.skipped != 0;
+    }
+
     std::map<std::string, Run> m_runs;
 };

@@ -15,11 +15,6 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr int portalTimeout = 100; // milliseconds, while the first frame waits
-
-const QString portalService = u"org.freedesktop.portal.Desktop"_s;
-const QString portalPath = u"/org/freedesktop/portal/desktop"_s;
-const QString settingsInterface = u"org.freedesktop.portal.Settings"_s;
 const QString appearanceGroup = u"org.freedesktop.appearance"_s;
 const QString colorSchemeKey = u"color-scheme"_s;
 
@@ -33,6 +28,12 @@ ColorScheme paletteScheme()
 }
 
 #if QT_VERSION < QT_VERSION_CHECK(6, 5, 0)
+
+constexpr int portalTimeout = 100; // milliseconds, while the first frame waits
+
+const QString portalService = u"org.freedesktop.portal.Desktop"_s;
+const QString portalPath = u"/org/freedesktop/portal/desktop"_s;
+const QString settingsInterface = u"org.freedesktop.portal.Settings"_s;
 
 /// Without a bus to talk to, the library would try to launch one, which takes long.
 bool sessionBusExists()
