@@ -11,6 +11,10 @@ class FirstRunTest(AuloraTestCase):
         program.wait_for_conversations(("Nueva conversación", "0 mensajes", True))
         program.wait_for_composer("")
         program.wait_for_status("En línea")
+        self.assertEqual(program.quit(), 0)
+        # The installation has no identifier before the first question.
+        self.assertEqual(program.store("select key from preferences"),
+                         [("aulora.conversations.v3",)])
 
     def test_question_gets_its_streamed_answer(self):
         program = self.start()

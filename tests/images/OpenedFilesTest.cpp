@@ -67,12 +67,27 @@ QStringList openedPaths(const QByteArray &record)
 
 } // namespace
 
-/// No file is opened but the one chosen, whatever it says inside.
+/// No file is opened but the one chosen, whatever it says inside, nor is that one read beyond its
+/// limit.
 class OpenedFilesTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
+    void readsNoFurtherThanTheLimit()
+    {
+        const QByteArray bytes("0123456789abcdefghij");
+        const QTemporaryDir folder;
+        QFile file(folder.filePath(u"a.png"_s));
+        QVERIFY(file.open(QIODevice::WriteOnly));
+        QCOMPARE(file.write(bytes), bytes.size());
+        file.close();
+        const QUrl url = QUrl::fromLocalFile(file.fileName());
+        QCOMPARE(readLocalFile(url, 10), bytes.first(10));
+        QCOMPARE(readLocalFile(url, 20), bytes);
+        QCOMPARE(readLocalFile(url, 21), bytes);
+    }
+
     void opensNothingButTheFileChosen()
     {
         const QString strace = QStandardPaths::findExecutable(u"strace"_s);

@@ -157,7 +157,10 @@ void SendFlowTest::sendsNeitherCookieNorMemory()
 void SendFlowTest::asksNoProxy()
 {
     const auto server = answeringServer();
-    TestChat chat(serviceAt(*server));
+    AssistantService service = serviceAt(*server);
+    // The toolkit asks no proxy for what it knows to be this machine. This it does not.
+    service.apiURL.setHost(u"0.0.0.0"_s);
+    TestChat chat(service);
     QTcpServer proxy;
     QVERIFY(proxy.listen(QHostAddress::LocalHost));
     QNetworkProxy::setApplicationProxy(
@@ -167,7 +170,7 @@ void SendFlowTest::asksNoProxy()
     chat.send(u"hola"_s);
     QVERIFY(QTest::qWaitFor([&] { return !chat.view.isLoading() || heard.count() > 0; }, 30'000));
     QCOMPARE(heard.count(), 0);
-    QCOMPARE(chat.messages().constLast().text, u"respuesta"_s);
+    QCOMPARE(server->connectionCount(), 1);
 }
 
 void SendFlowTest::sendsWhatTheComposerHolds_data()

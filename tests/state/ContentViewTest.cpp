@@ -10,6 +10,7 @@
 #include <QElapsedTimer>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTimer>
 
 #include <memory>
 
@@ -77,6 +78,7 @@ private Q_SLOTS:
     void loadingAStoredListSavesNothing();
     void newConversationTwiceMakesOne();
     void reusesAnUntouchedConversationWhereItStands();
+    void reusesTheFirstOfTwoUntouchedConversations();
     void titledOrUsedConversationsAreNotReused();
     void newConversationEmptiesTheComposer();
     void selectingEmptiesTheComposerAndSavesNothing();
@@ -97,6 +99,7 @@ private Q_SLOTS:
     void noticeEndsLoadingFirst();
     void noticeWithoutAConversationOnlyEndsLoading();
     void replyHasStarted();
+    void replyHasStartedInTheConversationShown();
     void replyStartsOnce();
     void turningImageAnalysisOffDropsThePendingImage();
     void preferencesAreSharedWithTheStore();
@@ -105,6 +108,7 @@ private Q_SLOTS:
     void imageErrorIsDismissed();
     void viewerOpensAndCloses();
     void viewerHasItsImageWhenItIsPresented();
+    void viewerClosesBeforeItsImageGoes();
     void unnamedImageIsCalledImagen();
 };
 
@@ -226,6 +230,20 @@ void ContentViewTest::reusesAnUntouchedConversationWhereItStands()
     QCOMPARE(screen.selected(), stored.at(1).id);
 }
 
+void ContentViewTest::reusesTheFirstOfTwoUntouchedConversations()
+{
+    Screen screen;
+    const QList<Conversation> stored{conversation(u"Uno"_s, {message(u"a"_s)}),
+                                     conversation(defaultConversationTitle),
+                                     conversation(defaultConversationTitle)};
+    screen.store.setData(HistoryStore::historyKey,
+                         [stored] { return encodeConversations(stored); });
+    screen.view.loadHistory();
+    screen.view.startNewConversation();
+    QCOMPARE(screen.conversations(), stored);
+    QCOMPARE(screen.selected(), stored.at(1).id);
+}
+
 void ContentViewTest::titledOrUsedConversationsAreNotReused()
 {
     Screen screen;
@@ -301,6 +319,11 @@ void ContentViewTest::settingsCloseBeforeTheAlertIsPresented()
     const QList<Conversation> before = screen.conversations();
     screen.view.setShowSettings(true);
     QSignalSpy presented(&screen.view, &ContentView::showClearHistoryConfirmationChanged);
+    // Timers fire in the order in which they are due, however busy the machine is.
+    std::optional<bool> wasPresentedWithinASecond;
+    QTimer::singleShot(1000, Qt::PreciseTimer, &screen.view, [&] {
+        wasPresentedWithinASecond = screen.view.showClearHistoryConfirmation();
+    });
     QElapsedTimer sinceRequest;
     sinceRequest.start();
     screen.view.requestClearHistoryFromSettings();
@@ -309,6 +332,7 @@ void ContentViewTest::settingsCloseBeforeTheAlertIsPresented()
     QVERIFY(presented.wait());
     QVERIFY(sinceRequest.elapsed() >= 200);
     QVERIFY(screen.view.showClearHistoryConfirmation());
+    QTRY_COMPARE(wasPresentedWithinASecond, std::optional(true));
     screen.view.setShowClearHistoryConfirmation(false);
     QCOMPARE(screen.conversations(), before);
 }
@@ -536,6 +560,28 @@ void ContentViewTest::replyHasStarted()
     QCOMPARE(told.count(), 2);
 }
 
+void ContentViewTest::replyHasStartedInTheConversationShown()
+{
+    Screen screen;
+    screen.view.loadHistory();
+    const QUuid answered = screen.selected();
+    screen.view.appendMessage(message(u"pregunta"_s));
+    screen.view.appendMessage(message(u"respuesta"_s, false));
+    screen.view.startNewConversation();
+    const QUuid asked = screen.selected();
+    screen.view.appendMessage(message(u"pregunta"_s));
+    screen.view.setLoading(true);
+    QVERIFY(!screen.view.replyHasStarted());
+
+    QSignalSpy told(&screen.view, &ContentView::replyHasStartedChanged);
+    screen.view.selectConversation(answered);
+    QVERIFY(screen.view.replyHasStarted());
+    QCOMPARE(told.count(), 1);
+    screen.view.selectConversation(asked);
+    QVERIFY(!screen.view.replyHasStarted());
+    QCOMPARE(told.count(), 2);
+}
+
 void ContentViewTest::replyStartsOnce()
 {
     Screen screen;
@@ -663,6 +709,18 @@ void ContentViewTest::viewerHasItsImageWhenItIsPresented()
             [&] { presented = screen.view.enlargedImageData(); });
     screen.view.openImageViewer("una");
     QCOMPARE(presented, QByteArray("una"));
+}
+
+void ContentViewTest::viewerClosesBeforeItsImageGoes()
+{
+    Screen screen;
+    screen.view.openImageViewer("una");
+    std::optional<QByteArray> closed;
+    connect(&screen.view, &ContentView::showImageViewerChanged, &screen.view,
+            [&] { closed = screen.view.enlargedImageData(); });
+    screen.view.closeImageViewer();
+    QCOMPARE(closed, QByteArray("una"));
+    QVERIFY(!screen.view.enlargedImageData());
 }
 
 void ContentViewTest::unnamedImageIsCalledImagen()

@@ -3,6 +3,7 @@
 #include <QElapsedTimer>
 #include <QQuickWindow>
 #include <QTest>
+#include <QTimer>
 
 #include <memory>
 #include <utility>
@@ -41,6 +42,12 @@ class BottomScrollerTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
+    void hasItsTimes()
+    {
+        QCOMPARE(BottomScroller::delay, 60);
+        QCOMPARE(BottomScroller::duration, 180);
+    }
+
     void bringsTheEndToTheBottom()
     {
         Scene scene;
@@ -108,6 +115,32 @@ private Q_SLOTS:
             QCoreApplication::processEvents();
         }
         QTRY_COMPARE(scene.contentY(), 3900.0);
+    }
+
+    void isNotPutOffByLaterChanges()
+    {
+        Scene scene;
+        QVERIFY(QTest::qWaitForWindowExposed(&scene.window));
+        scene.end.setY(499);
+        QTimer changes;
+        connect(&changes, &QTimer::timeout, &scene.scroller, &BottomScroller::scrollToBottom);
+        changes.start(BottomScroller::delay / 6);
+        QTRY_VERIFY(scene.contentY() > 0);
+    }
+
+    void followsAChangeThatCameBeforeTheScrollOfAnother()
+    {
+        Scene scene;
+        QVERIFY(QTest::qWaitForWindowExposed(&scene.window));
+        scene.end.setY(499);
+        scene.scroller.scrollToBottom();
+        // Due between the two: the first has its frame, and only the second can see the new end.
+        QTimer::singleShot(BottomScroller::delay, Qt::PreciseTimer, &scene.scroller, [&scene] {
+            Q_EMIT scene.window.afterAnimating();
+            scene.end.setY(899);
+        });
+        scene.scroller.scrollToBottom();
+        QTRY_COMPARE(scene.contentY(), 800.0);
     }
 
     void startsAnewFromWhereItIs()
