@@ -121,6 +121,7 @@ Rectangle {
     }
 
     DropOverlay {
+        objectName: "dropOverlay"
         anchors.fill: parent
         presented: detail.contentView.isDropTargeted
     }

@@ -33,6 +33,7 @@ Window {
     }
 
     ImageDropArea {
+        objectName: "dropArea"
         anchors.fill: parent
         intake: window.imageIntake
         onIsTargetedChanged: window.contentView.isDropTargeted = isTargeted

@@ -25,6 +25,7 @@ Column {
     }
 
     Divider {
+        objectName: "divider"
         width: parent.width
     }
 

@@ -91,6 +91,7 @@ ScrollPane {
         }
 
         LazyItem {
+            objectName: "thinking"
             active: pane.showsThinkingRow
             visible: active
 

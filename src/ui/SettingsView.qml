@@ -74,6 +74,7 @@ Item {
     Divider {
         id: divider
 
+        objectName: "headerDivider"
         anchors.top: header.bottom
         width: parent.width
     }

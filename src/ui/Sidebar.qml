@@ -81,6 +81,7 @@ Rectangle {
         }
 
         Divider {
+            objectName: "historyDivider"
             x: 14
             width: parent.width - 2 * 14
         }
@@ -176,6 +177,7 @@ Rectangle {
         width: parent.width
 
         Divider {
+            objectName: "footDivider"
             x: 14
             width: parent.width - 2 * 14
         }

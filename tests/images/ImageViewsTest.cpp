@@ -157,15 +157,27 @@ private Q_SLOTS:
         const QQuickItem *icon = item("icon");
         QCOMPARE(icon->size(), QSizeF(64, 64));
         QCOMPARE(sceneRect(icon).top() - sceneRect(panel).top(), 30.0);
+        QVERIFY(std::abs(sceneRect(icon).center().x() - sceneRect(panel).center().x()) <= 0.5);
+        QVERIFY(isNear(icon->property("color").value<QColor>(), accent));
+        QVERIFY(std::abs(icon->property("color").value<QColor>().alphaF() - 0.09F) < 0.003F);
+        const QQuickItem *symbol = icon->childItems().value(0);
+        QVERIFY(symbol);
+        QCOMPARE(symbol->property("name").toString(), u"photo.badge.plus"_s);
+        QCOMPARE(symbol->property("size").toDouble(), 27.0);
+        QCOMPARE(symbol->property("weight").toInt(), int(QFont::Medium));
+        QVERIFY(isNear(symbol->property("color").value<QColor>(), accent));
+        QCOMPARE(symbol->property("color").value<QColor>().alpha(), 255);
         const QQuickItem *title = item("title");
         QCOMPARE(title->property("text").toString(), u"Soltá la imagen para analizarla"_s);
         QCOMPARE(title->property("points").toDouble(), 17.0);
         QCOMPARE(title->property("weight").toInt(), int(QFont::DemiBold));
         QCOMPARE(sceneRect(title).top() - sceneRect(icon).bottom(), 13.0);
+        QVERIFY(std::abs(sceneRect(title).center().x() - sceneRect(panel).center().x()) <= 0.5);
         const QQuickItem *line = item("line");
         QCOMPARE(line->property("text").toString(),
                  u"Aulora IA puede analizar imágenes médicas con finalidad educativa."_s);
         QCOMPARE(line->property("points").toDouble(), 11.5);
+        QCOMPARE(line->property("color").value<QColor>(), QColor(0, 0, 0, qRound(0.5 * 255)));
         QCOMPARE(sceneRect(line).top() - sceneRect(title).bottom(), 13.0);
         QCOMPARE(sceneRect(panel).bottom() - sceneRect(line).bottom(), 30.0);
         QCOMPARE(sceneRect(line).left() - sceneRect(panel).left(), 30.0);

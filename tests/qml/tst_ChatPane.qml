@@ -195,6 +195,7 @@ Item {
             waitForRendering(pane);
             compare(thinkingRows().length, 1);
             const row = thinkingRows()[0];
+            verify(row.parent === child(pane.contentItem, "thinking"), "the row goes by its name");
             const spinner = items(row, item => item.size !== undefined)[0];
             const name = label(row, "Aulora IA");
             const text = label(row, "Preparando respuesta…");

@@ -395,6 +395,62 @@ Item {
             compare(contentView.currentMessages.count, 1);
         }
 
+        function test_clearHistoryAlertsAnswers_data() {
+            return schemes;
+        }
+        function test_clearHistoryAlertsAnswers(scheme) {
+            contentView.appearanceRawValue = scheme.tag;
+            contentView.requestClearHistory();
+            tryVerify(() => presented("¿Borrar historial?") !== null);
+            const erase = button("Borrar historial");
+            const cancel = button("Cancelar");
+            compare(items(erase.parent, item => item.role !== undefined && item.clicked !== undefined).map(answer => answer.text),
+                    ["Borrar historial", "Cancelar"]);
+            compare(erase.role, "destructive");
+            compare(erase.prominent, false);
+            verifyColor(erase.contentItem.color, Qt.color(scheme.red));
+            compare(cancel.prominent, true);
+            tryVerify(() => {
+                const first = rectangle(erase, content);
+                const second = rectangle(cancel, content);
+                return second.x === first.x && second.y >= first.y + first.height;
+            });
+            tryCompare(cancel, "activeFocus", true);
+            keyClick(Qt.Key_Escape);
+            tryVerify(() => presented("¿Borrar historial?") === null);
+        }
+
+        function test_everythingTakesDrops_data() {
+            return [{ tag: "ideal", width: 1120, height: 820 }, { tag: "large", width: 1600, height: 1000 }];
+        }
+        function test_everythingTakesDrops(size) {
+            window.width = size.width;
+            window.height = size.height;
+            tryCompare(content, "width", size.width);
+            tryCompare(content, "height", size.height);
+            const area = part("dropArea");
+            compare(rectangle(area, content), Qt.rect(0, 0, size.width, size.height));
+            verify(area.enabled && area.visible);
+            verify(part("sidebar").parent === area, "the sidebar is a part of it");
+            verify(part("detail").parent === area, "the detail column is a part of it");
+        }
+
+        function test_dropOverlayCoversTheDetailColumn() {
+            const detail = part("detail");
+            const overlay = child(detail, "dropOverlay");
+            verify(!overlay.visible);
+            contentView.isDropTargeted = true;
+            tryCompare(overlay, "opacity", 1);
+            compare(rectangle(overlay, content), rectangle(detail, content));
+            for (const name of ["topBar", "chatPane", "composer", "footer"]) {
+                const place = rectangle(child(detail, name), detail);
+                verify(detail.childAt(place.x + place.width / 2, place.y + place.height / 2) === overlay,
+                       "it lies over the " + name);
+            }
+            contentView.isDropTargeted = false;
+            tryVerify(() => !overlay.visible);
+        }
+
         function test_imageError() {
             program.refuseImage("La imagen supera los 12 MB.");
             tryVerify(() => presented("No pude cargar la imagen") !== null);

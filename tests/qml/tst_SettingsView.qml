@@ -69,6 +69,12 @@ Item {
             Theme.appearanceRawValue = "light";
         }
 
+        function verifyDivider(divider, scheme) {
+            verify(divider.visible);
+            compare(divider.height, 1);
+            verifyColor(divider.color, Qt.rgba(scheme.primary, scheme.primary, scheme.primary, 0.1));
+        }
+
         function options() {
             return items(settings, item => item.down !== undefined && item.selected !== undefined && item.height === 68);
         }
@@ -109,7 +115,12 @@ Item {
 
             const titles = rectangle(child(settings, "titles"), settings);
             const scroll = rectangle(child(settings, "scroll"), settings);
-            verify(Math.abs(scroll.y - (24 + titles.height + 24)) <= 1);
+            const divider = rectangle(child(settings, "headerDivider"), settings);
+            verifyDivider(child(settings, "headerDivider"), scheme);
+            compare(divider.x, 0);
+            compare(divider.width, 560);
+            verifyClose(divider.y, 24 + titles.height + 24, "divider's top");
+            verifyClose(scroll.y, divider.y + 1, "scroll area's top");
             compare(scroll.y + scroll.height, 650);
         }
 
@@ -210,6 +221,11 @@ Item {
             const picker = child(settings, "textSizes");
             reveal(picker);
             compare(accessibleName(picker), "Tamaño");
+            const title = label(picker, "Tamaño");
+            verify(title.visible);
+            verifyColor(title.color, Theme.primary);
+            compare(rectangle(title, picker).x, 0);
+            verify(title.width < rectangle(label(picker, "Compacto"), picker).x, "beside the segments");
             const expected = [["Compacto", "compact"], ["Normal", "standard"], ["Grande", "large"]];
             for (const [text, value] of expected) {
                 mouseClick(label(picker, text));
@@ -254,6 +270,16 @@ Item {
             compare(cleared.count, 2);
         }
 
+        function test_clearHistoryIsDestructive_data() {
+            return schemes;
+        }
+        function test_clearHistoryIsDestructive(scheme) {
+            useScheme(scheme);
+            const button = child(settings, "clearHistory");
+            compare(button.role, "destructive");
+            verifyColor(label(button, "Borrar historial").color, Qt.color(scheme.red));
+        }
+
         function test_about_data() {
             return schemes;
         }
@@ -275,6 +301,17 @@ Item {
             verifyColor(credentials.color, secondary(scheme));
             verify(about.width <= 504);
             verify(tagline.width <= 504);
+
+            const divider = child(about, "divider");
+            verifyDivider(divider, scheme);
+            compare(divider.width, about.width);
+            let top = 0;
+            for (const part of [logo, tagline, divider, author, credentials]) {
+                const place = rectangle(part, about);
+                compare(place.x, 0);
+                verifyClose(place.y, top, part.objectName);
+                top += place.height + 12;
+            }
         }
 
         function test_everythingIsReachable() {

@@ -154,7 +154,27 @@ Item {
             compare(rectangle(clear, header).y, 15);
             verifySymbol(trash, 10.5, Font.Medium);
             verifyColor(trash.color, secondary(scheme));
+            const trashPlace = rectangle(trash, clear);
+            verify(Math.abs(trashPlace.x + trashPlace.width / 2 - 25 / 2) <= 0.5, "trash is centred across");
+            verify(Math.abs(trashPlace.y + trashPlace.height / 2 - 25 / 2) <= 0.5, "trash is centred down");
             compare(accessibleName(clear), "Borrar historial");
+        }
+
+        function test_dividers_data() {
+            return [{ tag: "narrowest", width: 215 }, { tag: "ideal", width: 240 }, { tag: "widest", width: 285 }];
+        }
+        function test_dividers(data) {
+            const sidebar = make(1);
+            sidebar.width = data.width;
+            const history = rectangle(child(sidebar, "historyDivider"), sidebar);
+            const foot = rectangle(child(sidebar, "footDivider"), sidebar);
+            for (const divider of [history, foot]) {
+                compare(divider.x, 14);
+                compare(divider.width, data.width - 2 * 14);
+                compare(divider.height, 1);
+            }
+            verifyClose(history.y + 1, rectangle(child(sidebar, "historyHeader"), sidebar).y, "upper divider's place");
+            compare(foot.y, 820 - 34 - 52 - 1);
         }
 
         function test_tooltip() {
