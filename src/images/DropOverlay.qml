@@ -2,7 +2,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Aulora.Theme
 
-// Invites the drop of an image while one hovers over the screen.
+/// Invites the drop of an image while one hovers over the screen.
 Item {
     id: overlay
 

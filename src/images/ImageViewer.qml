@@ -4,8 +4,8 @@ import QtQuick.Templates as T
 import Aulora.Images
 import Aulora.Theme
 
-// An image over the whole window, on a dark backdrop. It holds the keyboard while it is open and
-// gives it back; its button and Escape ask to close it.
+/// An image over the whole window, on a dark backdrop. It holds the keyboard while it is open and
+/// gives it back; its button and Escape ask to close it.
 T.Popup {
     id: viewer
 

@@ -75,7 +75,7 @@ private:
     void reportNews();
 
     std::unique_ptr<PreferenceWriter> m_writer;
-    /// All strings and booleans as they now are; absent until first needed, so that the start need
-    /// not wait for the disk. Bytes are left to the writer: a history is large and read once.
+    /// All strings and booleans as they now are; absent until first needed, which waits until the
+    /// writer thread has read them. Bytes are left to the writer: a history is large and read once.
     mutable std::optional<QHash<QString, PreferenceValue>> m_scalars;
 };

@@ -3,9 +3,9 @@ import QtQuick
 import Aulora.Render
 import Aulora.Theme
 
-// The assistant's side of a conversation: monogram, name, and the reply or the sign that it is
-// being written. The reply lies directly on the background of the chat. All but the reply is there
-// only near the visible part of the list.
+/// The assistant's side of a conversation: monogram, name, and the reply or the sign that it is
+/// being written. The reply lies directly on the background of the chat. All but the reply is there
+/// only near the visible part of the list.
 Item {
     id: message
 

@@ -3,8 +3,8 @@ import QtQuick
 import Aulora.Render
 import Aulora.Theme
 
-// What surrounds a reply: the monogram, the name above it and, in its place while it is empty, the
-// sign that it is being written.
+/// What surrounds a reply: the monogram, the name above it and, in its place while it is empty, the
+/// sign that it is being written.
 Item {
     id: frame
 

@@ -8,7 +8,7 @@ void LazyItem::setComponent(QQmlComponent *component)
     if (m_component == component)
         return;
     m_component = component;
-    update();
+    remake();
     Q_EMIT componentChanged();
 }
 
@@ -17,17 +17,17 @@ void LazyItem::setActive(bool active)
     if (m_isActive == active)
         return;
     m_isActive = active;
-    update();
+    remake();
     Q_EMIT activeChanged();
 }
 
 void LazyItem::componentComplete()
 {
     QQuickItem::componentComplete();
-    update();
+    remake();
 }
 
-void LazyItem::update()
+void LazyItem::remake()
 {
     if (!isComponentComplete())
         return;

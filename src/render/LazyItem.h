@@ -36,7 +36,7 @@ protected:
     void componentComplete() override;
 
 private:
-    void update();
+    void remake();
     void followItemSize();
 
     QPointer<QQmlComponent> m_component;

@@ -3,8 +3,8 @@ import QtQuick
 import Aulora.Render
 import Aulora.Theme
 
-// The thumbnail of an attached image and its name, one above the other at the trailing edge, each
-// with the space below it.
+/// The thumbnail of an attached image and its name, one above the other at the trailing edge, each
+/// with the space below it.
 Item {
     id: attachment
 

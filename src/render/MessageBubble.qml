@@ -2,7 +2,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Aulora.Render
 
-// One message of a conversation, the user's or the assistant's, as wide as the list.
+/// One message of a conversation, the user's or the assistant's, as wide as the list.
 MessageSlot {
     id: bubble
 

@@ -3,8 +3,8 @@ import QtQuick
 import Aulora.Render
 import Aulora.Theme
 
-// The preview of an attached image, fitted into 300 by 220 points; pressing it asks for the image.
-// Bytes that are no image take no place.
+/// The preview of an attached image, fitted into 300 by 220 points; pressing it asks for the image.
+/// Bytes that are no image take no place.
 PlainButton {
     id: thumbnail
 

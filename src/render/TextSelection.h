@@ -2,6 +2,7 @@
 
 #include "TextRow.h"
 
+#include <algorithm>
 #include <compare>
 #include <utility>
 

@@ -3,8 +3,8 @@ import QtQuick
 import Aulora.Render
 import Aulora.Theme
 
-// The user's side of a conversation: a black bubble at the trailing edge with the attached image,
-// its name and the question.
+/// The user's side of a conversation: a black bubble at the trailing edge with the attached image,
+/// its name and the question.
 Item {
     id: message
 

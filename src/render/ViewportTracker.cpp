@@ -2,6 +2,7 @@
 
 #include "MessageSlot.h"
 
+#include <algorithm>
 #include <utility>
 
 void ViewportTracker::setFlickable(QQuickItem *flickable)

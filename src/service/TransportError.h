@@ -14,11 +14,13 @@ enum class TransportError {
     Other,
 };
 
+/// Whether this machine is on any network but its own.
 enum class NetworkPresence {
     Absent, ///< no interface but the loopback one is up
     Present,
 };
 
+/// What the machine's network interfaces say now. Sends nothing.
 NetworkPresence currentNetworkPresence();
 
 /// What the toolkit's `error` means here. Without a network every name is unknown and every

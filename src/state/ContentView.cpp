@@ -7,6 +7,7 @@
 #include <QTextBoundaryFinder>
 #include <QTimer>
 
+#include <algorithm>
 #include <chrono>
 
 using namespace Qt::StringLiterals;

@@ -6,7 +6,6 @@
 #include <QByteArray>
 #include <QObject>
 #include <QString>
-#include <QUrl>
 #include <QUuid>
 #include <QtQml/qqmlregistration.h>
 
@@ -35,7 +34,6 @@ class ContentView : public QObject
     Q_PROPERTY(bool showImageImporter READ showImageImporter WRITE setShowImageImporter NOTIFY
                    showImageImporterChanged)
     Q_PROPERTY(bool hasSelectedImage READ hasSelectedImage NOTIFY selectedImageChanged)
-    Q_PROPERTY(QByteArray selectedImageBytes READ selectedImageBytes NOTIFY selectedImageChanged)
     Q_PROPERTY(QString selectedImageTitle READ selectedImageTitle NOTIFY selectedImageChanged)
     Q_PROPERTY(bool hasImageImportError READ hasImageImportError NOTIFY imageImportErrorChanged)
     Q_PROPERTY(
@@ -99,8 +97,6 @@ public:
     /// What the fonts of messages are multiplied by.
     double textScale() const;
     bool hasSelectedImage() const { return m_selectedImageData.has_value(); }
-    /// The pending image's bytes; empty when there is none.
-    QByteArray selectedImageBytes() const { return m_selectedImageData.value_or(QByteArray()); }
     /// The pending image's name, or "imagen" when it has none.
     QString selectedImageTitle() const;
     bool hasImageImportError() const { return m_imageImportError.has_value(); }

@@ -32,7 +32,7 @@ struct Exchange
     Clock::time_point begin;
     qint64 bytesSent = 0;
 };
-static thread_local std::optional<Exchange> exchange;
+static thread_local std::optional<Exchange> currentExchange;
 
 struct ChatServer::Engine
 {
@@ -188,7 +188,7 @@ void ChatServer::Engine::setUp()
         respond(request, response, withBody(request, reader));
     };
     server.set_pre_routing_handler([bare](const auto &request, auto &response) {
-        exchange = {Clock::now(), 0};
+        currentExchange = {Clock::now(), 0};
         const bool isRouted
             = request.method != "CONNECT" && request.method != "TRACE" && request.method != "PRI";
         if (!isRouted)
@@ -254,7 +254,7 @@ void ChatServer::Engine::stream(const Answer &answer, httplib::Response &respons
                 return false;
             due += interval;
             const QByteArray line = lines[next++].toUtf8() + '\n';
-            exchange->bytesSent += line.size();
+            currentExchange->bytesSent += line.size();
             return sink.write(line.constData(), static_cast<size_t>(line.size()));
         });
 }
@@ -262,8 +262,8 @@ void ChatServer::Engine::stream(const Answer &answer, httplib::Response &respons
 void ChatServer::Engine::writeLog(const httplib::Request &request,
                                   const httplib::Response &response)
 {
-    const Exchange ended = exchange.value_or(Exchange{Clock::now(), 0});
-    exchange.reset();
+    const Exchange ended = currentExchange.value_or(Exchange{Clock::now(), 0});
+    currentExchange.reset();
     const bool hasBody = request.method != "HEAD";
     log.write({QString::fromStdString(request.method), QString::fromStdString(request.path),
                response.status,

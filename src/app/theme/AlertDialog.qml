@@ -2,8 +2,8 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Aulora.Theme
 
-// A question with a few answers. The answer that changes nothing has the keyboard, and Escape
-// dismisses.
+/// A question with a few answers. The answer that changes nothing has the keyboard, and Escape
+/// dismisses.
 ModalSheet {
     id: alert
 

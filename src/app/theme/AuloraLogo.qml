@@ -2,7 +2,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Aulora.Theme
 
-// The logo; its height follows its width.
+/// The logo; its height follows its width.
 LogoItem {
     wordColor: Theme.primary
     height: width * implicitHeight / implicitWidth

@@ -2,7 +2,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Aulora.Theme
 
-// A hairline between two parts of a screen.
+/// A hairline between two parts of a screen.
 Rectangle {
     implicitWidth: 1
     implicitHeight: 1

@@ -13,8 +13,9 @@ public:
     explicit ImageItem(QQuickItem *parent = nullptr);
 
 protected:
-    /// The image for an item of `size` in logical pixels; its own size is `size` times `ratio`,
-    /// rounded up. Called when something changed, on the thread of the item.
+    /// The image for an item of `size` in logical pixels, on a screen with `ratio` pixels to each.
+    /// It has that ratio and is shown in its own size, in whole pixels. Called when something
+    /// changed, on the thread of the item.
     virtual QImage paintedImage(QSizeF size, double ratio) const = 0;
 
     /// Has the image painted anew before the next frame.

@@ -2,7 +2,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Aulora.Theme
 
-// Plain text in the interface font, by size in points, weight and tracking.
+/// Plain text in the interface font, by size in points, weight and tracking.
 Text {
     property real points: 13
     property int weight: Font.Normal

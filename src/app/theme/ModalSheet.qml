@@ -3,8 +3,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Aulora.Theme
 
-// A layer over the whole window that holds the keyboard until it is gone and then gives it back.
-// The owner says whether it is presented; when the person dismisses it, it asks by `dismissed`.
+/// A layer over the whole window that holds the keyboard until it is gone and then gives it back.
+/// The owner says whether it is presented; when the person dismisses it, it asks by `dismissed`.
 T.Dialog {
     id: sheet
 

@@ -3,8 +3,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Aulora.Theme
 
-// A button without any chrome: its content item is all there is to see. Its text is its accessible
-// name. A press never takes the keyboard focus away from where the person is typing.
+/// A button without any chrome: its content item is all there is to see. Its text is its accessible
+/// name. A press never takes the keyboard focus away from where the person is typing.
 T.AbstractButton {
     id: button
 

@@ -3,7 +3,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Aulora.Theme
 
-// A plain button that is a row of a list; the highlighted one is selected.
+/// A plain button that is a row of a list; the highlighted one is selected.
 T.ItemDelegate {
     id: item
 

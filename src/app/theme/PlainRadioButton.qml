@@ -3,7 +3,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Aulora.Theme
 
-// A plain button that is one of several choices: what is checked is the current one.
+/// A plain button that is one of several choices: what is checked is the current one.
 T.RadioButton {
     id: button
 

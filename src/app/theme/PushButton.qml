@@ -2,8 +2,8 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Aulora.Theme
 
-// A button with a title on a filled shape. The role "default" is filled with the accent colour,
-// "destructive" is written in red.
+/// A button with a title on a filled shape. The role "default" is filled with the accent colour,
+/// "destructive" is written in red.
 PlainButton {
     id: button
 

@@ -3,9 +3,9 @@ import QtQuick
 import QtQuick.Templates as T
 import Aulora.Theme
 
-// How a desktop scrolls, for any flickable: by wheel and touchpad, by a thin bar that shows while
-// it is of use, by keys, and to the control the keyboard moved to. A drag of the mouse is left to
-// the content, so that text can be selected.
+/// How a desktop scrolls, for any flickable: by wheel and touchpad, by a thin bar that shows while
+/// it is of use, by keys, and to the control the keyboard moved to. A drag of the mouse is left to
+/// the content, so that text can be selected.
 Item {
     id: controls
 

@@ -2,7 +2,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Aulora.Theme
 
-// Scrolls its content from top to bottom. It is as wide as the pane and as high as it likes.
+/// Scrolls its content from top to bottom. It is as wide as the pane and as high as it likes.
 Flickable {
     id: pane
 

@@ -2,8 +2,8 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Aulora.Theme
 
-// One choice of a few, side by side. It shows what it is given: a press asks for another value by
-// `picked`, and a current value that is none of the model's selects nothing.
+/// One choice of a few, side by side. It shows what it is given: a press asks for another value by
+/// `picked`, and a current value that is none of the model's selects nothing.
 FocusScope {
     id: picker
 

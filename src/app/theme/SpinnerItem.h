@@ -16,7 +16,6 @@ class SpinnerItem : public ImageItem
 
 public:
     static constexpr int smallSize = 16;
-    static constexpr int miniSize = 12;
 
     explicit SpinnerItem(QQuickItem *parent = nullptr);
 

@@ -2,8 +2,8 @@ pragma Singleton
 import QtQuick
 import Aulora.Theme
 
-// The palette and the type. The functions live here, where a binding that calls them is told when
-// the scheme changes.
+/// The palette and the type. The functions live here, where a binding that calls them is told when
+/// the scheme changes.
 ThemeBase {
     function accentAt(opacity: real): color {
         return atOpacity(accent, opacity);

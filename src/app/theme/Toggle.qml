@@ -3,7 +3,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Aulora.Theme
 
-// A labelled switch: the label leads, the switch is at the trailing end.
+/// A labelled switch: the label leads, the switch is at the trailing end.
 T.Switch {
     id: control
 

@@ -3,8 +3,8 @@ import QtQuick
 import QtQuick.Templates as T
 import Aulora.Theme
 
-// Says what its parent does. Make it visible while the pointer is on the parent; it shows a moment
-// later.
+/// Says what its parent does. Make it visible while the pointer is on the parent; it shows a moment
+/// later.
 T.ToolTip {
     id: tooltip
 
