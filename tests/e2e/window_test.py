@@ -1,8 +1,19 @@
 """The window itself: its size and its limits, scale factors, the keyboard alone, a second launch."""
 
 import unittest
+from pathlib import Path
+
+from PIL import Image
 
 from aulora_test_case import AuloraTestCase
+
+
+def spaces_between_letters(picture):
+    """The widths of what is empty between the columns that a dark word takes, in pixels."""
+    background = max(picture.getcolors(), key=lambda entry: entry[0])[1]
+    columns = [x for x in range(picture.width)
+               if min(picture.getpixel((x, y)) for y in range(picture.height)) < background * 3 / 4]
+    return [after - before - 1 for before, after in zip(columns, columns[1:])]
 
 
 class WindowTest(AuloraTestCase):
@@ -28,6 +39,27 @@ class WindowTest(AuloraTestCase):
                 program.ask("hola")
                 self.assistant.next_request().answer("Buenas.\n")
                 program.wait_for_messages("hola", "Buenas.")
+                self.assertEqual(program.quit(), 0)
+
+    def test_no_letter_is_lost_at_any_scale(self):
+        path = Path(self.desktop.folder) / "letters.png"
+        for factor in (1, 1.5, 2):
+            with self.subTest(factor):
+                program = self.start(QT_SCALE_FACTOR=str(factor))
+                program.button("Configuración").press()
+
+                def is_whole(word, program=program, factor=factor):
+                    x, y, width, height = program.element("radio button", word).rectangle
+                    left, top = program.element("frame", "Aulora IA").rectangle[:2]
+                    program.picture(path)
+                    word = Image.open(path).convert("L").crop(
+                        (x - left, y - top, x - left + width, y - top + height))
+                    spaces = spaces_between_letters(word)
+                    return len(spaces) > 20 * factor and max(spaces) < 4 * factor
+
+                for word in ("Compacto", "Grande"):
+                    program.wait_for(lambda word=word, is_whole=is_whole: is_whole(word),
+                                     f"every letter of {word}")
                 self.assertEqual(program.quit(), 0)
 
     def tab_to(self, program, role, name):
