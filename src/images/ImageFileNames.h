@@ -10,12 +10,14 @@ class ImageFileNames : public QObject
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    /// A glob for each suffix that the platform's type database has for these formats, with its
-    /// letters in either case: choosers heed the case of names, and cameras write capitals.
-    Q_PROPERTY(QStringList patterns READ patterns CONSTANT)
+    /// The patterns, with blanks between them.
+    Q_PROPERTY(QString filter READ filter CONSTANT)
 
 public:
     using QObject::QObject;
 
+    /// A glob for each suffix that the platform's type database has for these formats, with its
+    /// letters in either case: choosers heed the case of names, and cameras write capitals.
     static QStringList patterns();
+    static QString filter() { return patterns().join(QLatin1Char(' ')); }
 };

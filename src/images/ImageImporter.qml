@@ -17,7 +17,7 @@ FileDialog {
     fileMode: FileDialog.OpenFile
     acceptLabel: "Abrir"
     rejectLabel: "Cancelar"
-    nameFilters: [`Imágenes (${ImageFileNames.patterns.join(" ")})`]
+    nameFilters: [`Imágenes (${ImageFileNames.filter})`]
 
     onAccepted: importer.finished([importer.selectedFile])
     onRejected: importer.finished([])

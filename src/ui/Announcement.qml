@@ -12,7 +12,7 @@ Item {
 
     function say(sentence: string) {
         announcement.sentence = sentence;
-        Qt.callLater(announcement.speak);
+        together.restart();
     }
 
     function speak() {
@@ -27,6 +27,13 @@ Item {
     width: 1
     height: 1
     Accessible.role: Accessible.Notification
+
+    Delay {
+        id: together
+
+        interval: 0
+        onTriggered: announcement.speak()
+    }
 
     Delay {
         id: gone

@@ -7,11 +7,12 @@ PlainButton {
 
     required property string title
     required property string subtitle
-    property bool isHovering: hoverHandler.hovered
+    property bool isHovering: hovered
 
     implicitHeight: Math.max(104, contentItem.implicitHeight + topPadding + bottomPadding)
     padding: 14
     focusRadius: 15
+    hoverEnabled: true
     text: title
     Accessible.description: subtitle
 
@@ -27,11 +28,6 @@ PlainButton {
 
         Behavior on borderColor {
             HoverAnimation {}
-        }
-
-        // Not on the button itself, which would then be pressed by any button of the mouse.
-        HoverHandler {
-            id: hoverHandler
         }
     }
 
