@@ -160,10 +160,11 @@ Item {
             ];
         }
         function test_hugeTitle(data) {
-            const start = Date.now();
             const row = make(data.title, 2, true);
-            waitForRendering(row);
-            verify(Date.now() - start < 200, Date.now() - start + " ms");
+            // What is not laid out costs nothing.
+            const laidOut = items(row, item => item.text !== undefined && item !== row).map(item => item.text.length);
+            verify(laidOut.length >= 2);
+            verify(laidOut.every(length => length <= row.longestShownTitle + 1), laidOut);
             verify(row.height < 200, row.height);
             compare(accessibleName(row), data.title);
         }
