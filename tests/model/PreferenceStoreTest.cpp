@@ -11,6 +11,8 @@
 #include <QTest>
 #include <QThread>
 
+#include <utility>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -25,8 +27,8 @@ PreferenceStore::DataSource constant(const QByteArray &bytes)
 class SlowValue
 {
 public:
-    explicit SlowValue(const QByteArray &bytes)
-        : m_bytes(bytes)
+    explicit SlowValue(QByteArray bytes)
+        : m_bytes(std::move(bytes))
     { }
 
     PreferenceStore::DataSource source()
