@@ -77,8 +77,7 @@ private Q_SLOTS:
     void loadsAndSelectsTheFirst();
     void loadingAStoredListSavesNothing();
     void newConversationTwiceMakesOne();
-    void reusesAnUntouchedConversationWhereItStands();
-    void reusesTheFirstOfTwoUntouchedConversations();
+    void reusesTheFirstUntouchedConversationWhereItStands();
     void titledOrUsedConversationsAreNotReused();
     void newConversationEmptiesTheComposer();
     void selectingEmptiesTheComposerAndSavesNothing();
@@ -217,20 +216,7 @@ void ContentViewTest::newConversationTwiceMakesOne()
     QCOMPARE(screen.selected(), fresh);
 }
 
-void ContentViewTest::reusesAnUntouchedConversationWhereItStands()
-{
-    Screen screen;
-    const QList<Conversation> stored{conversation(u"Uno"_s, {message(u"a"_s)}),
-                                     conversation(defaultConversationTitle)};
-    screen.store.setData(HistoryStore::historyKey,
-                         [stored] { return encodeConversations(stored); });
-    screen.view.loadHistory();
-    screen.view.startNewConversation();
-    QCOMPARE(screen.conversations(), stored);
-    QCOMPARE(screen.selected(), stored.at(1).id);
-}
-
-void ContentViewTest::reusesTheFirstOfTwoUntouchedConversations()
+void ContentViewTest::reusesTheFirstUntouchedConversationWhereItStands()
 {
     Screen screen;
     const QList<Conversation> stored{conversation(u"Uno"_s, {message(u"a"_s)}),
