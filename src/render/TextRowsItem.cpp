@@ -101,13 +101,14 @@ void TextRowsItem::tellPlainText(qsizetype firstChanged)
 {
     constexpr int tellInterval = 1000; // ms
 
-    const bool hasGrown = firstChanged > 0;
-    if (!hasGrown)
+    // Text of which more is to come ends in a line feed.
+    const bool isGrowing = firstChanged > 0 && m_rows.back().row.text().text.isEmpty();
+    if (!isGrowing)
         m_plainTextTimer.stop();
     m_plainTextIsUntold = m_plainTextTimer.isActive();
     if (m_plainTextIsUntold)
         return;
-    if (hasGrown)
+    if (isGrowing)
         m_plainTextTimer.start(tellInterval, this);
     Q_EMIT plainTextChanged();
 }

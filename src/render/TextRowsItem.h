@@ -33,8 +33,9 @@ public:
     QColor color() const { return m_colors.text; }
     void setColor(QColor color);
 
-    /// The rows as they are shown, one a line. While rows are only added to the end its change is
-    /// told once a second at most: whoever reads it aloud must not hear of every line.
+    /// The rows as they are shown, one a line. While lines are added to the end its change is told
+    /// once a second at most: whoever reads it aloud must not hear of every line. The whole text is
+    /// told at once.
     QString plainText() const;
 
     /// Of a line of text at a size and weight, in points: what a label of one line is high.

@@ -31,8 +31,7 @@ def main(executable, picture):
     program.ask(QUESTION)
     program.wait_for(lambda: len(program.messages()) > before + 1, "the reply to begin")
     program.wait_for_status("En línea")
-    # What a screen reader is told of a growing reply may be up to a second old.
-    program.wait_for(lambda: "\n" in program.messages()[-1], "the whole reply")
+    program.wait_for(program.last_message_is_whole, "the whole reply")
     reply = program.messages()[-1]
     program.picture(picture)
     print(f"Asked {QUESTION!r} and got {len(reply.splitlines())} lines.")

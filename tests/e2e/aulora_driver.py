@@ -182,6 +182,11 @@ class Program:
         # A reply that is still growing ends in a line feed, which nobody sees.
         return [element.name.rstrip("\n") for element in self.elements("paragraph")]
 
+    def last_message_is_whole(self):
+        """Whether nothing is to be added to the message at the bottom."""
+        messages = self.elements("paragraph")
+        return bool(messages) and not messages[-1].name.endswith("\n")
+
     def conversations(self):
         """Title, count line and whether it is selected, of each row, from the top."""
         rows = sorted(self.elements("list item"), key=lambda row: row.rectangle[1])

@@ -678,6 +678,22 @@ private Q_SLOTS:
         QCOMPARE(told.size(), 3);
     }
 
+    void tellsAWholeReplyAtOnce()
+    {
+        Window window;
+        window.showText(u"a\nb\n"_s);
+        window.showText(u"a\nb\nc\n"_s);
+        QSignalSpy told(&window.view(), &TextRowsItem::plainTextChanged);
+        window.showText(u"a\nb\nc\nd\n"_s);
+        QCOMPARE(told.size(), 0);
+        window.showText(u"a\nb\nc\nd"_s);
+        QCOMPARE(told.size(), 1);
+        window.showText(u"a\nb\nc\nd\n"_s);
+        window.showText(u"a\nb\nc\nd\n\ne"_s);
+        QCOMPARE(window.view().plainText(), u"a\nb\nc\nd\n\ne"_s);
+        QCOMPARE(told.size(), 3);
+    }
+
     void needsNoTimerUnlessItGrows()
     {
         const auto timers = [](QObject &object) {
@@ -686,7 +702,7 @@ private Q_SLOTS:
         Window window;
         window.showText(u"a\nb"_s);
         QCOMPARE(timers(window.view()), 0);
-        window.showText(u"a\nb\nc"_s);
+        window.showText(u"a\nb\nc\n"_s);
         QCOMPARE(timers(window.view()), 1);
         QTRY_COMPARE(timers(window.view()), 0);
     }
