@@ -2,8 +2,8 @@
 
 #include <QAbstractAnimation>
 
-/// Keeps what changes more often than the screen to the pace of the toolkit's animations, so that
-/// all that moves shares one frame.
+/// Keeps what changes more often than the eye can follow to every second frame of the toolkit's
+/// animations: all that moves shares one frame, and a flood costs half of what it would.
 class FramePace : public QAbstractAnimation
 {
     Q_OBJECT
@@ -11,8 +11,10 @@ class FramePace : public QAbstractAnimation
 public:
     using QAbstractAnimation::QAbstractAnimation;
 
-    /// Asks for `due`: at once after a rest, otherwise with the next frame of the animations.
+    /// Asks for `due`: at once after a rest, otherwise with the next but one frame after the last.
     void request();
+    /// What was asked for has come with another frame, and the pace goes on from there.
+    void markServed();
     /// It rests as soon as nobody asks.
     int duration() const override { return -1; }
 
@@ -24,4 +26,5 @@ protected:
 
 private:
     bool m_isRequested = false;
+    int m_lastTime = 0; ///< when it was due or served
 };

@@ -222,6 +222,8 @@ std::unique_ptr<QTextLayout> shapedLine(const AttributedText &text, Qt::LayoutDi
     QTextOption option = layout->textOption();
     option.setWrapMode(QTextOption::NoWrap);
     layout->setTextOption(option);
+    // Else the glyphs are forgotten once the line is laid out, and found again to be drawn.
+    layout->setCacheEnabled(true);
     layout->beginLayout();
     layout->createLine().setLineWidth(line.width);
     layout->endLayout();

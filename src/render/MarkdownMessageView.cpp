@@ -71,6 +71,7 @@ void MarkdownMessageView::setDotColor(QColor color)
 
 void MarkdownMessageView::updateRows()
 {
+    m_pace.markServed();
     // A reply grows at its end, and loses only line ends there when it is complete: all rows but
     // the last of what both texts share stay.
     const QStringView shared = std::min<QStringView>(

@@ -32,8 +32,17 @@ void BottomScroller::awaitLayout()
         m_awaitedWindow->update();
 }
 
+bool BottomScroller::hasJustBegun() const
+{
+    // Two frames of 16 ms, less what a clock of whole milliseconds may be early.
+    constexpr int time = 30;
+    return m_animation.state() != QAbstractAnimation::Stopped && m_animation.currentTime() < time;
+}
+
 void BottomScroller::layoutIsFinished()
 {
+    if (hasJustBegun())
+        return;
     m_awaitedWindow->disconnect(this);
     m_awaitedWindow.clear();
     if (!m_flickable || !m_end)
@@ -48,6 +57,8 @@ void BottomScroller::layoutIsFinished()
 
 void BottomScroller::step(double progress)
 {
+    if (m_awaitedWindow && hasJustBegun())
+        return;
     if (m_flickable)
         m_flickable->setProperty("contentY", m_from + (m_to - m_from) * progress);
     if (m_awaitedWindow)

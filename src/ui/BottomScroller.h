@@ -13,6 +13,8 @@ class QQuickWindow;
 /// due within one frame would start the same scroll from the same place, so it is started once, and
 /// in a frame whose layout is finished, when the end of the list is known. A scroll under way moves
 /// in the frames of the toolkit's animations; those that are due meanwhile wait for the next one.
+/// One that is to start anew right after it has begun lets a frame pass, so that a flood of changes
+/// moves the list with every second frame, as a growing reply shows its lines.
 class BottomScroller : public QQuickItem
 {
     Q_OBJECT
@@ -36,6 +38,7 @@ private:
     void awaitLayout();
     void layoutIsFinished();
     void step(double progress);
+    bool hasJustBegun() const;
 
     QPointer<QQuickItem> m_flickable;
     QPointer<QQuickItem> m_end;

@@ -28,6 +28,40 @@ private Q_SLOTS:
         QCOMPARE(due.size(), 2);
     }
 
+    void isDueWithEverySecondFrameAtMost()
+    {
+        FramePace pace;
+        const QSignalSpy due(&pace, &FramePace::due);
+        pace.request();
+        qsizetype expected = 1;
+        for (int frame = 1; frame <= 20; ++frame) {
+            pace.request();
+            pace.setCurrentTime(16 * frame);
+            expected += frame % 2 == 0 ? 1 : 0;
+            QCOMPARE(due.size(), expected);
+        }
+    }
+
+    void isNotDueForWhatCameWithAnotherFrame()
+    {
+        FramePace pace;
+        const QSignalSpy due(&pace, &FramePace::due);
+        pace.request();
+        pace.request();
+        pace.setCurrentTime(16);
+        pace.markServed();
+        pace.request();
+        pace.setCurrentTime(32);
+        QCOMPARE(due.size(), 1);
+        pace.setCurrentTime(48);
+        QCOMPARE(due.size(), 2);
+        pace.request();
+        pace.markServed();
+        pace.setCurrentTime(80);
+        QCOMPARE(due.size(), 2);
+        QCOMPARE(pace.state(), QAbstractAnimation::Stopped);
+    }
+
     void mayBeAskedAgainWhenItIsDue()
     {
         FramePace pace;

@@ -161,6 +161,48 @@ private Q_SLOTS:
         QVERIFY(!wentBack);
     }
 
+    void letsAFramePassBeforeItStartsAnew()
+    {
+        Scene scene;
+        QVERIFY(QTest::qWaitForWindowExposed(&scene.window));
+        scene.end.setY(499);
+        scene.scroller.scrollToBottom();
+        auto *animation = scene.scroller.findChild<QVariantAnimation *>();
+        QVERIFY(animation);
+        QTRY_COMPARE(animation->state(), QAbstractAnimation::Running);
+        animation->pause();
+        animation->setCurrentTime(0);
+        QCOMPARE(scene.contentY(), 0.0);
+
+        scene.end.setY(899);
+        scene.scroller.scrollToBottom();
+        bool isDue = false;
+        QTimer::singleShot(BottomScroller::delay, Qt::PreciseTimer, &scene.scroller,
+                           [&isDue] { isDue = true; });
+        QTRY_VERIFY(isDue);
+        Q_EMIT scene.window.afterAnimating();
+        animation->setCurrentTime(16);
+        QCOMPARE(scene.contentY(), 0.0);
+        animation->setCurrentTime(32);
+        QVERIFY(scene.contentY() > 0);
+        animation->resume();
+        QTRY_COMPARE(scene.contentY(), 800.0);
+    }
+
+    void movesFromItsFirstFrameOnUnlessItIsToStartAnew()
+    {
+        Scene scene;
+        QVERIFY(QTest::qWaitForWindowExposed(&scene.window));
+        scene.end.setY(499);
+        scene.scroller.scrollToBottom();
+        auto *animation = scene.scroller.findChild<QVariantAnimation *>();
+        QVERIFY(animation);
+        QTRY_COMPARE(animation->state(), QAbstractAnimation::Running);
+        animation->pause();
+        animation->setCurrentTime(16);
+        QVERIFY(scene.contentY() > 0);
+    }
+
     void outlivesWhatItScrolls()
     {
         QQuickWindow window;
