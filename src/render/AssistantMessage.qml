@@ -17,8 +17,8 @@ Item {
     readonly property real avatarSize: 31
     readonly property real headerHeight: reply.lineHeight(11 * textScale, Font.DemiBold)
     readonly property real typingHeight: Math.max(12, reply.lineHeight(10 * textScale, Font.Normal))
-    // Inside the choice below it would keep that from being compiled. Interpreted, the choice copies
-    // each reply into the heap of the script engine, whose collector then runs again and again.
+    // A call of qsTr in the choice below would keep the choice from being compiled. Interpreted, it
+    // copies each reply into the heap of the script engine, whose collector runs again and again.
     readonly property string typingText: qsTr("Escribiendo…")
 
     implicitHeight: Math.max(avatarSize, reply.y + (isTyping ? typingHeight : reply.implicitHeight))

@@ -17,9 +17,7 @@ void FramePace::markServed()
 
 void FramePace::updateCurrentTime(int currentTime)
 {
-    // Two frames of 16 ms, less what a clock of whole milliseconds may be early.
-    constexpr int interval = 30;
-
+    // At 0 it comes from a rest, and the last time is that of another run.
     if (currentTime > 0 && currentTime - m_lastTime < interval)
         return;
     m_lastTime = currentTime;

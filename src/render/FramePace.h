@@ -11,7 +11,11 @@ class FramePace : public QAbstractAnimation
 public:
     using QAbstractAnimation::QAbstractAnimation;
 
-    /// Asks for `due`: at once after a rest, otherwise with the next but one frame after the last.
+    /// Milliseconds that pass between two at least: as long as one frame and half of another, so
+    /// that neither a frame that comes late nor one that comes early changes which it is.
+    static constexpr int interval = 24;
+
+    /// Asks for `due`: at once after a rest, otherwise with the second frame after the last.
     void request();
     /// What was asked for has come with another frame, and the pace goes on from there.
     void markServed();

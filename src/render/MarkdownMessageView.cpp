@@ -49,7 +49,8 @@ void MarkdownMessageView::setText(const QString &text)
         return;
     m_text = text;
     markRowsStale();
-    m_pace.request();
+    if (isComponentComplete())
+        m_pace.request();
     Q_EMIT textChanged();
 }
 

@@ -101,7 +101,7 @@ void TextRowsItem::tellPlainText(qsizetype firstChanged)
 {
     constexpr int tellInterval = 1000; // ms
 
-    // Text of which more is to come ends in a line feed.
+    // A text of which more is to come ends in a line feed, which is an empty row.
     const bool isGrowing = firstChanged > 0 && m_rows.back().row.text().text.isEmpty();
     if (!isGrowing)
         m_plainTextTimer.stop();

@@ -1,5 +1,7 @@
 #include "BottomScroller.h"
 
+#include "FramePace.h"
+
 #include <QQuickWindow>
 #include <QTimer>
 
@@ -34,9 +36,8 @@ void BottomScroller::awaitLayout()
 
 bool BottomScroller::hasJustBegun() const
 {
-    // Two frames of 16 ms, less what a clock of whole milliseconds may be early.
-    constexpr int time = 30;
-    return m_animation.state() != QAbstractAnimation::Stopped && m_animation.currentTime() < time;
+    return m_animation.state() != QAbstractAnimation::Stopped
+        && m_animation.currentTime() < FramePace::interval;
 }
 
 void BottomScroller::layoutIsFinished()

@@ -19,21 +19,23 @@ DESKTOP = Desktop(width=1200, height=1800)
 from aulora_driver import Program  # noqa: E402  (its bus has to be there first)
 
 QUESTION = "¿Qué es la mitosis y para qué sirve?"
+FAILURE = "No pude completar la respuesta"
 
 
 def main(executable, picture):
     program = Program(DESKTOP, executable, HOME, OWN_FOLDERS)
     DESKTOP.resize(program.window, 1120, 1700)
     conversations = program.wait_for(program.conversations, "the list of conversations")
-    before = len(program.messages())
+    title, count, _ = conversations[0]
     print(f"The window is open with {len(conversations)} conversation(s); "
-          f"the first, {conversations[0][0]!r}, has {before} message(s).")
+          f"the first, {title!r}, has {count}.")
     program.ask(QUESTION)
-    program.wait_for(lambda: len(program.messages()) > before + 1, "the reply to begin")
+    # It was another one from the moment the composer was empty.
     program.wait_for_status("En línea")
-    program.wait_for(program.last_message_is_whole, "the whole reply")
-    reply = program.messages()[-1]
+    reply = program.wait_for(program.whole_reply, "the whole reply")
     program.picture(picture)
+    if reply.startswith(FAILURE):
+        sys.exit(f"Asked {QUESTION!r} and got no answer:\n{reply}")
     print(f"Asked {QUESTION!r} and got {len(reply.splitlines())} lines.")
     print(f"A picture of the window is in {picture}")
     return program.quit()

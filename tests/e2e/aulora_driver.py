@@ -182,10 +182,15 @@ class Program:
         # A reply that is still growing ends in a line feed, which nobody sees.
         return [element.name.rstrip("\n") for element in self.elements("paragraph")]
 
-    def last_message_is_whole(self):
-        """Whether nothing is to be added to the message at the bottom."""
+    def whole_reply(self):
+        """The text of the message at the bottom, once nothing is to be added to it and the list
+        has been scrolled to its end."""
         messages = self.elements("paragraph")
-        return bool(messages) and not messages[-1].name.endswith("\n")
+        if not messages or messages[-1].name.endswith("\n"):
+            return None
+        _, top, _, height = messages[-1].rectangle
+        is_in_view = top + height <= self.composer.rectangle[1]
+        return messages[-1].name if is_in_view else None
 
     def conversations(self):
         """Title, count line and whether it is selected, of each row, from the top."""
