@@ -2,7 +2,9 @@
 
 import socket
 import subprocess
+import tempfile
 import unittest
+from datetime import datetime, timedelta, timezone
 from pathlib import Path
 
 from aulora_test_case import AuloraTestCase
@@ -11,6 +13,20 @@ from recording_server import RecordingServer
 PREFIX = "No pude completar la respuesta de Aulora IA.\n\n"
 LOST = "Se perdió la conexión con el servicio."
 INSECURE = "No se pudo establecer una conexión segura con el servicio."
+
+ISSUER = """
+[ca]
+default_ca = issuer
+[issuer]
+database = {folder}/index
+new_certs_dir = {folder}
+default_md = sha256
+rand_serial = yes
+copy_extensions = copy
+policy = any
+[any]
+commonName = supplied
+"""
 
 
 class FailuresTest(AuloraTestCase):
@@ -63,20 +79,25 @@ class FailuresTest(AuloraTestCase):
         self.assert_notice(program, "¿hay alguien?", notice)
         program.element("notification", notice)
 
-    def serve_with(self, host, days=30, trusted=True):
-        """Takes the assistant's place with a certificate of its own: for a host, valid so many
-        days from now, issued by whom the program trusts or by nobody."""
+    def serve_with(self, host, years=1, trusted=True):
+        """Takes the assistant's place with a certificate of its own: for a host, from a year ago to
+        so many years from now, issued by whom the program trusts or by nobody."""
         self.assistant.close()
-        key, wish, certificate = (Path(self.desktop.folder) / f"other.{suffix}"
-                                  for suffix in ("key", "csr", "pem"))
-        issuer = (["-CA", self.certificate, "-CAkey", self.key] if trusted
-                  else ["-signkey", key])
+        folder = Path(tempfile.mkdtemp(dir=self.desktop.folder))
+        key, wish, certificate = (folder / f"other.{suffix}" for suffix in ("key", "csr", "pem"))
+        (folder / "index").touch()
+        (folder / "ca").write_text(ISSUER.format(folder=folder))
+        now = datetime.now(timezone.utc)
+        begin, end = (f"{now + timedelta(days=365 * each):%Y%m%d%H%M%SZ}" for each in (-1, years))
+        issuer = (["-cert", self.certificate, "-keyfile", self.key] if trusted
+                  else ["-selfsign", "-keyfile", key])
         for command in (
             ["req", "-new", "-newkey", "ec", "-pkeyopt", "ec_paramgen_curve:prime256v1", "-noenc",
              "-subj", f"/CN={host}", "-addext", f"subjectAltName=DNS:{host}", "-keyout", key,
              "-out", wish],
-            ["x509", "-req", "-in", wish, "-copy_extensions", "copy", "-days", str(days), *issuer,
-             "-out", certificate],
+            # The only command of Debian 12's OpenSSL and of 13's that takes an end in the past.
+            ["ca", "-batch", "-notext", "-config", folder / "ca", "-in", wish, *issuer,
+             "-startdate", begin, "-enddate", end, "-out", certificate],
         ):
             subprocess.run(["openssl", *command], check=True, capture_output=True)
         server = RecordingServer(self.port, certificate, key)
@@ -87,7 +108,7 @@ class FailuresTest(AuloraTestCase):
         program = self.start()
         for question, certificate in {"de nadie": {"host": "localhost", "trusted": False},
                                       "de otro": {"host": "otro.example"},
-                                      "vencido": {"host": "localhost", "days": -1}}.items():
+                                      "vencido": {"host": "localhost", "years": -0.5}}.items():
             with self.subTest(question):
                 impostor = self.serve_with(**certificate)
                 program.ask(question)
