@@ -4,9 +4,7 @@
 #include "ChatRequest.h"
 
 #include <QByteArray>
-#include <QFuture>
 #include <QObject>
-#include <QSslConfiguration>
 #include <QUuid>
 #include <QtQml/qqmlregistration.h>
 
@@ -46,6 +44,4 @@ private:
     InstallationIdentity *m_identity;
     PreviewMaker m_makePreview;
     AssistantService m_service;
-    /// Loaded at the first question, and off the main thread.
-    QFuture<QSslConfiguration> m_tlsConfiguration;
 };

@@ -43,7 +43,7 @@ struct LoopbackAddress
     sockaddr_in6 ipv6{};
 };
 
-addrinfo *loopbackAddress(int family, addrinfo *next)
+addrinfo *loopbackAddress(int family, in_port_t port, addrinfo *next)
 {
     auto *address = new LoopbackAddress;
     address->info.ai_family = family;
@@ -51,11 +51,13 @@ addrinfo *loopbackAddress(int family, addrinfo *next)
     address->info.ai_next = next;
     if (family == AF_INET) {
         address->ipv4.sin_family = AF_INET;
+        address->ipv4.sin_port = port;
         address->ipv4.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         address->info.ai_addr = reinterpret_cast<sockaddr *>(&address->ipv4);
         address->info.ai_addrlen = sizeof address->ipv4;
     } else {
         address->ipv6.sin6_family = AF_INET6;
+        address->ipv6.sin6_port = port;
         address->ipv6.sin6_addr = in6addr_loopback;
         address->info.ai_addr = reinterpret_cast<sockaddr *>(&address->ipv6);
         address->info.ai_addrlen = sizeof address->ipv6;
@@ -68,13 +70,15 @@ addrinfo *loopbackAddress(int family, addrinfo *next)
 // Take the place of the C library's functions for the network library too. Theirs have reserved
 // names for their parameters.
 // NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
-extern "C" int getaddrinfo(const char *name, const char *, const addrinfo *, addrinfo **result)
+extern "C" int getaddrinfo(const char *name, const char *service, const addrinfo *,
+                           addrinfo **result)
 {
+    const in_port_t port = htons(quint16(QByteArray(service).toUInt()));
     std::vector<int> families = Names::families(name);
     std::ranges::reverse(families);
     *result = nullptr;
     for (const int family : families)
-        *result = loopbackAddress(family, *result);
+        *result = loopbackAddress(family, port, *result);
     return *result ? 0 : EAI_NONAME;
 }
 

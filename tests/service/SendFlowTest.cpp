@@ -6,10 +6,7 @@
 #include <QHash>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QNetworkProxy>
-#include <QScopeGuard>
 #include <QSignalSpy>
-#include <QTcpServer>
 #include <QTest>
 
 #include <optional>
@@ -53,7 +50,6 @@ class SendFlowTest : public QObject
 private Q_SLOTS:
     void asksTheServiceAsAgreed();
     void sendsNeitherCookieNorMemory();
-    void asksNoProxy();
     void sendsWhatTheComposerHolds_data();
     void sendsWhatTheComposerHolds();
     void readsTheIdentityForEachQuestion();
@@ -152,25 +148,6 @@ void SendFlowTest::sendsNeitherCookieNorMemory()
     QVERIFY(!second.body.contains("una"));
     QVERIFY(!second.body.contains("respuesta"));
     QCOMPARE(chat.messages().size(), 4);
-}
-
-void SendFlowTest::asksNoProxy()
-{
-    const auto server = answeringServer();
-    AssistantService service = serviceAt(*server);
-    // The toolkit asks no proxy for what it knows to be this machine. This it does not.
-    service.apiURL.setHost(u"0.0.0.0"_s);
-    TestChat chat(service);
-    QTcpServer proxy;
-    QVERIFY(proxy.listen(QHostAddress::LocalHost));
-    QNetworkProxy::setApplicationProxy(
-        {QNetworkProxy::HttpProxy, proxy.serverAddress().toString(), proxy.serverPort()});
-    const auto none = qScopeGuard([] { QNetworkProxy::setApplicationProxy({}); });
-    QSignalSpy heard(&proxy, &QTcpServer::newConnection);
-    chat.send(u"hola"_s);
-    QVERIFY(QTest::qWaitFor([&] { return !chat.view.isLoading() || heard.count() > 0; }, 30'000));
-    QCOMPARE(heard.count(), 0);
-    QCOMPARE(server->connectionCount(), 1);
 }
 
 void SendFlowTest::sendsWhatTheComposerHolds_data()
