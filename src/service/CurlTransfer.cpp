@@ -67,14 +67,9 @@ std::optional<QString> CurlTransfer::run(TakeBody takeBody)
         return transportErrorDescription(TransportError::Other);
 
     m_curl->multiAddHandle(multi.get(), m_handle);
-    const End end = transfer(multi.get());
-    CURLcode code = end == End::TimedOut ? CURLE_OPERATION_TIMEDOUT : CURLE_ABORTED_BY_CALLBACK;
-    int messagesLeft = 0;
-    while (const CURLMsg *message = m_curl->multiInfoRead(multi.get(), &messagesLeft)) {
-        if (message->msg == CURLMSG_DONE)
-            code = message->data.result;
-    }
-    const std::optional<QString> description = failure(code);
+    setMulti(multi.get());
+    const std::optional<QString> description = failure(transfer(multi.get()));
+    setMulti(nullptr);
     m_curl->multiRemoveHandle(multi.get(), m_handle);
     return description;
 }
@@ -95,36 +90,31 @@ CurlTransfer::HeaderList CurlTransfer::headerList(std::initializer_list<const ch
     return {list, m_curl->slistFreeAll};
 }
 
-CurlTransfer::End CurlTransfer::transfer(CURLM *multi)
+void CurlTransfer::setMulti(CURLM *multi)
 {
-    const auto setMulti = [this](CURLM *value) {
-        const std::scoped_lock lock(m_multiMutex);
-        m_multi = value;
-    };
-    setMulti(multi);
-    End end = End::Finished;
+    const std::scoped_lock lock(m_multiMutex);
+    m_multi = multi;
+}
+
+CURLcode CurlTransfer::transfer(CURLM *multi)
+{
     m_lastActivity = Clock::now();
-    for (int transfersLeft = 1;;) {
-        m_curl->multiPerform(multi, &transfersLeft);
-        if (transfersLeft == 0)
-            break;
-        if (m_isAborted) {
-            end = End::Aborted;
-            break;
-        }
-        const auto silence = std::chrono::ceil<std::chrono::milliseconds>(
+    int transfersLeft = 1;
+    while (m_curl->multiPerform(multi, &transfersLeft) == CURLM_OK && transfersLeft > 0) {
+        if (m_isAborted)
+            return CURLE_ABORTED_BY_CALLBACK;
+        const auto patience = std::chrono::ceil<std::chrono::milliseconds>(
             m_service.idleTimeout - (Clock::now() - m_lastActivity));
-        if (silence.count() <= 0) {
-            end = End::TimedOut;
-            break;
-        }
+        if (patience.count() <= 0)
+            return CURLE_OPERATION_TIMEDOUT;
         int activeSockets = 0;
-        m_curl->multiPoll(multi, nullptr, 0, int(silence.count()), &activeSockets);
+        m_curl->multiPoll(multi, nullptr, 0, int(patience.count()), &activeSockets);
         if (activeSockets > 0)
             m_lastActivity = Clock::now();
     }
-    setMulti(nullptr);
-    return end;
+    int messagesLeft = 0;
+    const CURLMsg *message = m_curl->multiInfoRead(multi, &messagesLeft);
+    return message ? message->data.result : CURLE_FAILED_INIT;
 }
 
 template <typename Value>

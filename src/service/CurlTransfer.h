@@ -52,12 +52,6 @@ private:
     using Clock = std::chrono::steady_clock;
     using HeaderList = std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)>;
 
-    enum class End {
-        Finished, ///< libcurl has a result
-        TimedOut,
-        Aborted,
-    };
-
     // What libcurl calls; the last parameter is this object. It gives up when it gets back another
     // size than it gave.
     static size_t giveRequestBody(char *buffer, size_t size, size_t count, void *transfer);
@@ -73,9 +67,11 @@ private:
     bool set(CURLoption option, Value value);
     long info(CURLINFO info) const;
 
-    End transfer(CURLM *multi);
+    void setMulti(CURLM *multi);
+    /// Transfers until there is a result, and is that.
+    CURLcode transfer(CURLM *multi);
     size_t fillRequestBody(char *buffer, size_t capacity);
-    /// False when the reply is not to be read any further.
+    // False when the reply is not to be read any further.
     bool readHeadLine(QByteArrayView line);
     bool readEndOfHead();
     bool isReadable() const;

@@ -75,6 +75,8 @@ private:
     /// A server that answers each question with the line "respuesta".
     std::unique_ptr<ScriptedServer> answeringServer() const;
     static bool waitForTheEnd(TestChat &chat);
+    /// Whether the next question of `chat` is the first that `server` hears of it.
+    static bool hasSentNothing(TestChat &chat, const ScriptedServer &server);
 
     TestAuthority m_authority;
     ServerCredentials m_credentials = m_authority.issue("localhost");
@@ -103,6 +105,16 @@ std::unique_ptr<ScriptedServer> SendFlowTest::answeringServer() const
 bool SendFlowTest::waitForTheEnd(TestChat &chat)
 {
     return QTest::qWaitFor([&chat] { return !chat.view.isLoading(); }, 30'000);
+}
+
+bool SendFlowTest::hasSentNothing(TestChat &chat, const ScriptedServer &server)
+{
+    // A question already on its way would get there too, since this waits with the event loop.
+    chat.view.setLoading(false);
+    chat.view.clearSelectedImage();
+    chat.send(u"otra pregunta"_s);
+    return waitForTheEnd(chat) && server.connectionCount() == 1 && server.requests().size() == 1
+        && server.requests().constFirst().body.contains("otra pregunta");
 }
 
 void SendFlowTest::asksTheServiceAsAgreed()
@@ -256,8 +268,7 @@ void SendFlowTest::ignoresWhatCannotBeSent()
     QVERIFY(!chat.view.isLoading());
     QCOMPARE(chat.conversations(), before);
     QCOMPARE(writes.count(), 0);
-    QVERIFY(!server->waitForRequests(1, 50ms));
-    QCOMPARE(server->connectionCount(), 0);
+    QVERIFY(hasSentNothing(chat, *server));
 }
 
 void SendFlowTest::sendsOneQuestionAtATime()
@@ -287,7 +298,7 @@ void SendFlowTest::beginsNoConversationWhileItWaits()
     QCOMPARE(chat.view.messageText(), u"hola"_s);
     QVERIFY(chat.conversations().isEmpty());
     QVERIFY(!chat.view.selectedConversationID());
-    QVERIFY(!server->waitForRequests(1, 50ms));
+    QVERIFY(hasSentNothing(chat, *server));
 }
 
 void SendFlowTest::beginsAConversationWhenNoneIsSelected()
@@ -410,8 +421,7 @@ void SendFlowTest::saysWhenTheQuestionCannotBePrepared()
     QCOMPARE(chat.messages().constLast().text, u"No pude preparar la consulta."_s);
     QVERIFY(!chat.messages().constLast().isUser);
     QCOMPARE(chat.stored(), chat.conversations());
-    QVERIFY(!server->waitForRequests(1, 50ms));
-    QCOMPARE(server->connectionCount(), 0);
+    QVERIFY(hasSentNothing(chat, *server));
 }
 
 void SendFlowTest::fillsTheReplyAsItComes()
