@@ -4,6 +4,10 @@
 #include <QElapsedTimer>
 #include <QTest>
 
+#include <atomic>
+#include <dlfcn.h>
+#include <mutex>
+
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
@@ -52,7 +56,26 @@ Script answeringTheProxyRequest(const QByteArray &bytes)
     };
 }
 
+/// The lookups of proxies by the system's library for that.
+struct Lookups
+{
+    static inline std::atomic<int> count = 0;
+    /// They wait while it is locked.
+    static inline std::mutex mutex;
+};
+
 } // namespace
+
+// Takes the place of the function of libproxy, which the toolkit asks, and then calls that.
+// NOLINTBEGIN(readability-identifier-naming)
+extern "C" char **px_proxy_factory_get_proxies(void *factory, const char *url)
+{
+    ++Lookups::count;
+    const std::scoped_lock lock(Lookups::mutex);
+    using Function = char **(*)(void *, const char *);
+    return reinterpret_cast<Function>(dlsym(RTLD_NEXT, __func__))(factory, url);
+}
+// NOLINTEND(readability-identifier-naming)
 
 /// One question from a network that has a proxy, as the environment says.
 class SendFlowProxiesTest : public QObject
@@ -69,6 +92,8 @@ private Q_SLOTS:
     void proxies_data();
     void proxies();
     void saysWhenThereIsNoProxy();
+    void looksUpNothingBeforeAQuestion();
+    void waitsForNoLookupWithoutEnd();
 
 private:
     static void useProxy(const ScriptedServer &proxy, const QByteArray &credentials = {});
@@ -265,6 +290,44 @@ void SendFlowProxiesTest::saysWhenThereIsNoProxy()
     qputenv("https_proxy", "http://127.0.0.1:" + QByteArray::number(unusedPort()));
     TestChat chat(service());
     QCOMPARE(answerTo(chat), notice(refused));
+}
+
+void SendFlowProxiesTest::looksUpNothingBeforeAQuestion()
+{
+    const int before = Lookups::count;
+    TestChat chat(service());
+    QTest::qWait(0);
+    QCOMPARE(Lookups::count, before);
+    (void)answerTo(chat);
+    if (Lookups::count == before)
+        QSKIP("this toolkit looks proxies up without libproxy");
+}
+
+void SendFlowProxiesTest::waitsForNoLookupWithoutEnd()
+{
+    const ScriptedServer proxy(m_credentials, throughTheTunnel(answer));
+    useProxy(proxy);
+    const int before = Lookups::count;
+    {
+        const std::scoped_lock lock(Lookups::mutex);
+        TestChat impatientChat(service(std::chrono::milliseconds(impatient)));
+        const QString text = answerTo(impatientChat);
+        if (Lookups::count == before)
+            QSKIP("this toolkit looks proxies up without libproxy");
+        QCOMPARE(text, notice(timedOut));
+
+        QElapsedTimer elapsed;
+        {
+            TestChat chat(service());
+            chat.send(u"hola"_s);
+            elapsed.start();
+        }
+        QVERIFY(elapsed.elapsed() < 1'000);
+    }
+    // Answered after those that were left behind.
+    TestChat chat(service());
+    QCOMPARE(answerTo(chat), u"respuesta"_s);
+    QCOMPARE(proxy.connectionCount(), 1);
 }
 
 QTEST_GUILESS_MAIN(SendFlowProxiesTest)
