@@ -2,34 +2,34 @@
 
 #include "AssistantService.h"
 #include "ChatRequestBody.h"
-#include "HttpResponseReader.h"
-#include "LineDecoder.h"
-#include "StreamingError.h"
-#include "TransportError.h"
+#include "CurlTransfer.h"
 
+#include <QFutureWatcher>
+#include <QNetworkProxy>
 #include <QObject>
-#include <QSslSocket>
+#include <QSemaphore>
 #include <QStringList>
 #include <QTimer>
+
+#include <memory>
+#include <optional>
+#include <thread>
 
 /// One question sent to the assistant and its reply, however long, read line by line. Ends with
 /// exactly one of `finished` and `failed`.
 ///
-/// It speaks HTTP/1.1 on a TLS connection of its own, rather than through the toolkit's HTTP
-/// client, because a question must reach the service exactly once whatever happens to the
-/// connection. That client sends a request again when a connection breaks early; made to send it
-/// once, it asks for a body in pieces of 16 KiB across threads, which on a busy machine takes
-/// seconds for one image; it tells no garbage from a broken connection, takes heads without end,
-/// and adds headers of its own.
+/// The transfer has a thread of its own. It waits while the thread of this object has not taken
+/// the lines received so far, and each turn of its event loop takes those of at most 16 KiB.
 class AssistantExchange : public QObject
 {
     Q_OBJECT
 
 public:
     AssistantExchange(AssistantService service, ChatRequestBody body, QObject *parent = nullptr);
+    ~AssistantExchange() override;
 
-    /// Begins to connect. `tlsConfiguration` is what the service is trusted by.
-    void start(const QSslConfiguration &tlsConfiguration);
+    /// Looks up the system's proxy, then sends the question.
+    void start();
 
 Q_SIGNALS:
     /// The next lines of the reply, without their line ends, empty ones included.
@@ -41,22 +41,18 @@ Q_SIGNALS:
     void failed(const QString &description);
 
 private:
-    void sendHead();
-    void sendBody();
-    void readResponse();
-    void endConnection(QAbstractSocket::SocketError error);
-    void finish();
-    void fail(StreamingError error);
-    void fail(TransportError error);
-    void failWith(const QString &description);
-    /// Takes leave of the service, after which nothing more is told.
-    void leave();
+    void startTransfer(const QNetworkProxy &proxy);
+    // On the thread of the transfer.
+    void receiveReply();
+    void tell(const QStringList &lines);
 
     AssistantService m_service;
     ChatRequestBody m_body;
-    QSslSocket m_socket;
-    QTimer m_idleTimer;
-    HttpResponseReader m_response;
-    LineDecoder m_lines;
-    bool m_hasEnded = false;
+    QFutureWatcher<QNetworkProxy> m_proxyLookup;
+    QTimer m_proxyTimer;
+    std::unique_ptr<CurlTransfer> m_transfer;
+    /// Free while no lines wait to be taken.
+    QSemaphore m_mayTell{1};
+    QTimer m_nextTurn;
+    std::thread m_thread;
 };

@@ -1,14 +1,12 @@
 #include "AssistantService.h"
 
-#include <QSslCertificate>
+#include <QFile>
 
-QSslConfiguration tlsConfiguration(const AssistantService &service)
+QByteArray trustAnchors(const AssistantService &service, const QString &systemRoots)
 {
-    QSslConfiguration configuration = QSslConfiguration::defaultConfiguration();
-    const QList<QSslCertificate> anchors = QSslCertificate::fromData(service.extraTrustAnchors);
-    // Left alone, the toolkit looks each system root up when a server names it, and reads none
-    // before. Naming any certificate, even an empty list of them, makes it forget the others.
-    if (!anchors.isEmpty())
-        configuration.setCaCertificates(QSslConfiguration::systemCaCertificates() + anchors);
-    return configuration;
+    QByteArray anchors = service.extraTrustAnchors + '\n';
+    QFile file(systemRoots);
+    if (file.open(QIODevice::ReadOnly))
+        anchors += file.readAll();
+    return anchors;
 }

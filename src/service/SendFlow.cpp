@@ -6,8 +6,6 @@
 #include "InstallationIdentity.h"
 #include "ReplyTask.h"
 
-#include <QtConcurrentRun>
-
 #include <utility>
 
 using namespace Qt::StringLiterals;
@@ -88,9 +86,5 @@ void SendFlow::startExchange(const ChatRequestBody &body, const QUuid &assistant
     connect(exchange, &AssistantExchange::finished, exchange, &QObject::deleteLater);
     connect(exchange, &AssistantExchange::failed, exchange, &QObject::deleteLater);
 
-    if (!m_tlsConfiguration.isValid())
-        m_tlsConfiguration = QtConcurrent::run(tlsConfiguration, m_service);
-    m_tlsConfiguration.then(exchange, [exchange](const QSslConfiguration &configuration) {
-        exchange->start(configuration);
-    });
+    exchange->start();
 }

@@ -4,10 +4,8 @@
 #include "ChatRequest.h"
 
 #include <QByteArray>
-#include <QFuture>
 #include <QObject>
 #include <QPointer>
-#include <QSslConfiguration>
 #include <QUuid>
 #include <QtQml/qqmlregistration.h>
 
@@ -52,8 +50,6 @@ private:
     InstallationIdentity *m_identity;
     PreviewMaker m_makePreview;
     AssistantService m_service;
-    /// Loaded at the first question, and off the main thread.
-    QFuture<QSslConfiguration> m_tlsConfiguration;
     /// The reply under way, if any.
     QPointer<ReplyTask> m_replyTask;
 };

@@ -1,7 +1,9 @@
 #pragma once
 
-#include <QAbstractSocket>
 #include <QString>
+
+#include <curl/curl.h>
+#include <optional>
 
 /// Why bytes did not get to the service or back.
 enum class TransportError {
@@ -11,6 +13,10 @@ enum class TransportError {
     SecureConnectionFailed,
     TimedOut,
     NoNetwork,
+    ProxyRefused,
+    ProxyNotFound,
+    ProxyNeedsPassword,
+    ProxyTimedOut,
     Other,
 };
 
@@ -20,12 +26,23 @@ enum class NetworkPresence {
     Present,
 };
 
+/// How libcurl ended a transfer without a reply that can be read.
+struct CurlFailure
+{
+    CURLcode code = CURLE_OK;
+    /// The last `errno` of connecting.
+    int systemError = 0;
+    /// The status of a proxy that has not opened the way to the service, 0 before it answers;
+    /// nothing without such a proxy.
+    std::optional<int> proxyStatus = std::nullopt;
+};
+
 /// What the machine's network interfaces say now. Sends nothing.
 NetworkPresence currentNetworkPresence();
 
-/// What the toolkit's `error` means here. Without a network every name is unknown and every
-/// address unreachable, so those are then told as what they are.
-TransportError transportErrorFrom(QAbstractSocket::SocketError error, NetworkPresence presence);
+/// What `failure` means here. Without a network every name is unknown and every address
+/// unreachable, so those are then told as what they are.
+TransportError transportErrorFrom(const CurlFailure &failure, NetworkPresence presence);
 
-/// One Spanish sentence for the user: the toolkit's own texts are English and quote the address.
+/// One Spanish sentence for the user: libcurl's own texts are English and quote the address.
 QString transportErrorDescription(TransportError error);

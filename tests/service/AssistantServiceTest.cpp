@@ -1,7 +1,9 @@
 #include "AssistantService.h"
 
+#include "CurlLibrary.h"
 #include "TestCertificates.h"
 
+#include <QFile>
 #include <QSslCertificate>
 #include <QTest>
 
@@ -10,26 +12,38 @@ class AssistantServiceTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void keepsTheRulesOfTheSystemWithoutAnchors()
-    {
-        QVERIFY(tlsConfiguration({}) == QSslConfiguration::defaultConfiguration());
-        // Were these equal, the line above could not tell whether the system's roots are trusted.
-        QSslConfiguration withoutRoots = QSslConfiguration::defaultConfiguration();
-        withoutRoots.addCaCertificates(QList<QSslCertificate>());
-        QVERIFY(withoutRoots != QSslConfiguration::defaultConfiguration());
-    }
-
     void trustsAnchorsBesidesTheSystemsRoots()
     {
         const TestAuthority one;
         const TestAuthority other;
-        const QSslConfiguration configuration = tlsConfiguration(
-            {.apiURL = {}, .extraTrustAnchors = one.certificate() + other.certificate()});
-        const QList<QSslCertificate> trusted = configuration.caCertificates();
-        for (const QSslCertificate &root : QSslConfiguration::systemCaCertificates())
+        const CurlLibrary *curl = CurlLibrary::instance();
+        QVERIFY(curl);
+        CURL *handle = curl->easyInit();
+        const char *systemRoots = nullptr;
+        curl->easyGetinfo(handle, CURLINFO_CAINFO, &systemRoots);
+        const QString path = QFile::decodeName(systemRoots);
+        curl->easyCleanup(handle);
+        const QList<QSslCertificate> roots = QSslCertificate::fromPath(path);
+        QVERIFY(roots.size() > 50);
+
+        AssistantService service;
+        // A file may lack its last line end.
+        service.extraTrustAnchors = one.certificate() + other.certificate().trimmed();
+        const QList<QSslCertificate> trusted
+            = QSslCertificate::fromData(trustAnchors(service, path));
+        QCOMPARE(trusted.size(), roots.size() + 2);
+        for (const QSslCertificate &root : roots)
             QVERIFY(trusted.contains(root));
         for (const TestAuthority &authority : {one, other})
             QVERIFY(trusted.contains(QSslCertificate(authority.certificate())));
+    }
+
+    void trustsAnchorsWithoutRoots()
+    {
+        AssistantService service;
+        service.extraTrustAnchors = TestAuthority().certificate();
+        const QByteArray anchors = trustAnchors(service, QString());
+        QCOMPARE(QSslCertificate::fromData(anchors).size(), 1);
     }
 
     void waitsFiveMinutes() { QCOMPARE(AssistantService().idleTimeout, std::chrono::minutes(5)); }

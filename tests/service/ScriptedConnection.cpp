@@ -41,6 +41,19 @@ bool ScriptedConnection::startTls()
     return SSL_accept(m_tls.get()) == 1;
 }
 
+void ScriptedConnection::waitForBytes()
+{
+    pollfd socket{.fd = m_socket, .events = POLLIN, .revents = 0};
+    while (poll(&socket, 1, -1) == 0) { }
+}
+
+void ScriptedConnection::openTunnel()
+{
+    readHead();
+    m_received.clear();
+    send("HTTP/1.1 200 Connection established\r\n\r\n");
+}
+
 void ScriptedConnection::readRequest(std::chrono::milliseconds pause)
 {
     const qsizetype headSize = receiveHead();

@@ -36,6 +36,13 @@ public:
     /// Until then everything is sent and received as plain bytes; false when the client refuses.
     bool startTls();
 
+    /// Does as a proxy that is asked for a tunnel: reads and records that, and agrees. What comes
+    /// next is for the service behind it.
+    void openTunnel();
+
+    /// Waits until the client has sent something, and leaves it unread.
+    void waitForBytes();
+
     /// Reads and records one request, with a pause after every MiB of its body.
     void readRequest(std::chrono::milliseconds pause = {});
     /// Reads and records a request's head, and leaves most of a large body unread.

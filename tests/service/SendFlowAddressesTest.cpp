@@ -2,13 +2,17 @@
 #include "TestChat.h"
 #include "TransportError.h"
 
+#include <QElapsedTimer>
 #include <QTest>
 
 #include <algorithm>
+#include <array>
 #include <map>
 #include <mutex>
 #include <netdb.h>
 #include <netinet/in.h>
+#include <sys/socket.h>
+#include <unistd.h>
 #include <vector>
 
 using namespace Qt::StringLiterals;
@@ -43,7 +47,7 @@ struct LoopbackAddress
     sockaddr_in6 ipv6{};
 };
 
-addrinfo *loopbackAddress(int family, addrinfo *next)
+addrinfo *loopbackAddress(int family, in_port_t port, addrinfo *next)
 {
     auto *address = new LoopbackAddress;
     address->info.ai_family = family;
@@ -51,11 +55,13 @@ addrinfo *loopbackAddress(int family, addrinfo *next)
     address->info.ai_next = next;
     if (family == AF_INET) {
         address->ipv4.sin_family = AF_INET;
+        address->ipv4.sin_port = port;
         address->ipv4.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         address->info.ai_addr = reinterpret_cast<sockaddr *>(&address->ipv4);
         address->info.ai_addrlen = sizeof address->ipv4;
     } else {
         address->ipv6.sin6_family = AF_INET6;
+        address->ipv6.sin6_port = port;
         address->ipv6.sin6_addr = in6addr_loopback;
         address->info.ai_addr = reinterpret_cast<sockaddr *>(&address->ipv6);
         address->info.ai_addrlen = sizeof address->ipv6;
@@ -68,13 +74,15 @@ addrinfo *loopbackAddress(int family, addrinfo *next)
 // Take the place of the C library's functions for the network library too. Theirs have reserved
 // names for their parameters.
 // NOLINTBEGIN(readability-inconsistent-declaration-parameter-name)
-extern "C" int getaddrinfo(const char *name, const char *, const addrinfo *, addrinfo **result)
+extern "C" int getaddrinfo(const char *name, const char *service, const addrinfo *,
+                           addrinfo **result)
 {
+    const in_port_t port = htons(quint16(QByteArray(service).toUInt()));
     std::vector<int> families = Names::families(name);
     std::ranges::reverse(families);
     *result = nullptr;
     for (const int family : families)
-        *result = loopbackAddress(family, *result);
+        *result = loopbackAddress(family, port, *result);
     return *result ? 0 : EAI_NONAME;
 }
 
@@ -96,6 +104,8 @@ class SendFlowAddressesTest : public QObject
 private Q_SLOTS:
     void findsTheService_data();
     void findsTheService();
+    void waitsForNoSilentAddress_data();
+    void waitsForNoSilentAddress();
     void findsTheServiceByItsAddress_data();
     void findsTheServiceByItsAddress();
     void saysWhyItFindsNone_data();
@@ -109,6 +119,42 @@ private:
 };
 
 namespace {
+
+/// Takes a port of ::1 and leaves what connects to it without an answer, as a firewall does that
+/// drops packets: its queue of connections is full, and nobody takes any.
+class SilentAddress
+{
+public:
+    explicit SilentAddress(quint16 port)
+    {
+        m_address.sin6_family = AF_INET6;
+        m_address.sin6_addr = in6addr_loopback;
+        m_address.sin6_port = htons(port);
+        m_isSilent
+            = bind(m_listener, address(), sizeof m_address) == 0 && listen(m_listener, 0) == 0;
+        for (const int filler : m_fillers)
+            ::connect(filler, address(), sizeof m_address);
+    }
+    ~SilentAddress()
+    {
+        close(m_listener);
+        for (const int filler : m_fillers)
+            close(filler);
+    }
+    SilentAddress(const SilentAddress &) = delete;
+    SilentAddress &operator=(const SilentAddress &) = delete;
+
+    bool isSilent() const { return m_isSilent; }
+
+private:
+    const sockaddr *address() const { return reinterpret_cast<const sockaddr *>(&m_address); }
+    static int makeSocket() { return socket(AF_INET6, SOCK_STREAM | SOCK_NONBLOCK, 0); }
+
+    sockaddr_in6 m_address{};
+    int m_listener = makeSocket();
+    std::array<int, 3> m_fillers{makeSocket(), makeSocket(), makeSocket()};
+    bool m_isSilent = false;
+};
 
 void answer(ScriptedConnection &connection)
 {
@@ -159,6 +205,32 @@ void SendFlowAddressesTest::findsTheService()
     QCOMPARE(server.requests().size(), 1);
     QVERIFY(server.requests().constFirst().head.contains(
         "\r\nHost: " + host + ':' + QByteArray::number(server.port()) + "\r\n"));
+}
+
+void SendFlowAddressesTest::waitsForNoSilentAddress_data()
+{
+    QTest::addColumn<std::vector<int>>("families");
+    using Families = std::vector<int>;
+    QTest::newRow("silent-first") << Families{AF_INET6, AF_INET};
+    QTest::newRow("silent-last") << Families{AF_INET, AF_INET6};
+}
+
+void SendFlowAddressesTest::waitsForNoSilentAddress()
+{
+    QFETCH(std::vector<int>, families);
+    if (!hasIPv6Loopback())
+        QSKIP("this system has no IPv6");
+
+    const QByteArray host = QTest::currentDataTag() + ".test"_ba;
+    Names::set(host, families);
+    const ScriptedServer server(m_authority.issue(host), answer);
+    const SilentAddress silentAddress(server.port());
+    QVERIFY(silentAddress.isSilent());
+    QElapsedTimer elapsed;
+    elapsed.start();
+    QCOMPARE(answerFrom(QString::fromLatin1(host), server.port()), u"respuesta"_s);
+    QVERIFY(elapsed.elapsed() < 1'000);
+    QCOMPARE(server.requests().size(), 1);
 }
 
 void SendFlowAddressesTest::findsTheServiceByItsAddress_data()

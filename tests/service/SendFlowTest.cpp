@@ -6,10 +6,7 @@
 #include <QHash>
 #include <QJsonDocument>
 #include <QJsonObject>
-#include <QNetworkProxy>
-#include <QScopeGuard>
 #include <QSignalSpy>
-#include <QTcpServer>
 #include <QTest>
 
 #include <optional>
@@ -53,7 +50,6 @@ class SendFlowTest : public QObject
 private Q_SLOTS:
     void asksTheServiceAsAgreed();
     void sendsNeitherCookieNorMemory();
-    void asksNoProxy();
     void sendsWhatTheComposerHolds_data();
     void sendsWhatTheComposerHolds();
     void readsTheIdentityForEachQuestion();
@@ -79,6 +75,8 @@ private:
     /// A server that answers each question with the line "respuesta".
     std::unique_ptr<ScriptedServer> answeringServer() const;
     static bool waitForTheEnd(TestChat &chat);
+    /// Whether the next question of `chat` is the first that `server` hears of it.
+    static bool hasSentNothing(TestChat &chat, const ScriptedServer &server);
 
     TestAuthority m_authority;
     ServerCredentials m_credentials = m_authority.issue("localhost");
@@ -107,6 +105,16 @@ std::unique_ptr<ScriptedServer> SendFlowTest::answeringServer() const
 bool SendFlowTest::waitForTheEnd(TestChat &chat)
 {
     return QTest::qWaitFor([&chat] { return !chat.view.isLoading(); }, 30'000);
+}
+
+bool SendFlowTest::hasSentNothing(TestChat &chat, const ScriptedServer &server)
+{
+    // A question already on its way would get there too, since this waits with the event loop.
+    chat.view.setLoading(false);
+    chat.view.clearSelectedImage();
+    chat.send(u"otra pregunta"_s);
+    return waitForTheEnd(chat) && server.connectionCount() == 1 && server.requests().size() == 1
+        && server.requests().constFirst().body.contains("otra pregunta");
 }
 
 void SendFlowTest::asksTheServiceAsAgreed()
@@ -152,25 +160,6 @@ void SendFlowTest::sendsNeitherCookieNorMemory()
     QVERIFY(!second.body.contains("una"));
     QVERIFY(!second.body.contains("respuesta"));
     QCOMPARE(chat.messages().size(), 4);
-}
-
-void SendFlowTest::asksNoProxy()
-{
-    const auto server = answeringServer();
-    AssistantService service = serviceAt(*server);
-    // The toolkit asks no proxy for what it knows to be this machine. This it does not.
-    service.apiURL.setHost(u"0.0.0.0"_s);
-    TestChat chat(service);
-    QTcpServer proxy;
-    QVERIFY(proxy.listen(QHostAddress::LocalHost));
-    QNetworkProxy::setApplicationProxy(
-        {QNetworkProxy::HttpProxy, proxy.serverAddress().toString(), proxy.serverPort()});
-    const auto none = qScopeGuard([] { QNetworkProxy::setApplicationProxy({}); });
-    QSignalSpy heard(&proxy, &QTcpServer::newConnection);
-    chat.send(u"hola"_s);
-    QVERIFY(QTest::qWaitFor([&] { return !chat.view.isLoading() || heard.count() > 0; }, 30'000));
-    QCOMPARE(heard.count(), 0);
-    QCOMPARE(server->connectionCount(), 1);
 }
 
 void SendFlowTest::sendsWhatTheComposerHolds_data()
@@ -279,8 +268,7 @@ void SendFlowTest::ignoresWhatCannotBeSent()
     QVERIFY(!chat.view.isLoading());
     QCOMPARE(chat.conversations(), before);
     QCOMPARE(writes.count(), 0);
-    QVERIFY(!server->waitForRequests(1, 50ms));
-    QCOMPARE(server->connectionCount(), 0);
+    QVERIFY(hasSentNothing(chat, *server));
 }
 
 void SendFlowTest::sendsOneQuestionAtATime()
@@ -310,7 +298,7 @@ void SendFlowTest::beginsNoConversationWhileItWaits()
     QCOMPARE(chat.view.messageText(), u"hola"_s);
     QVERIFY(chat.conversations().isEmpty());
     QVERIFY(!chat.view.selectedConversationID());
-    QVERIFY(!server->waitForRequests(1, 50ms));
+    QVERIFY(hasSentNothing(chat, *server));
 }
 
 void SendFlowTest::beginsAConversationWhenNoneIsSelected()
@@ -433,8 +421,7 @@ void SendFlowTest::saysWhenTheQuestionCannotBePrepared()
     QCOMPARE(chat.messages().constLast().text, u"No pude preparar la consulta."_s);
     QVERIFY(!chat.messages().constLast().isUser);
     QCOMPARE(chat.stored(), chat.conversations());
-    QVERIFY(!server->waitForRequests(1, 50ms));
-    QCOMPARE(server->connectionCount(), 0);
+    QVERIFY(hasSentNothing(chat, *server));
 }
 
 void SendFlowTest::fillsTheReplyAsItComes()
