@@ -217,6 +217,7 @@ private Q_SLOTS:
     void aWrongStorageClassIsAbsent_data();
     void aWrongStorageClassIsAbsent();
     void livesInTheUsersDataFolder();
+    void ignoresARelativeDataFolder();
 
     void belongsToTheUserAlone_data();
     void belongsToTheUserAlone();
@@ -342,6 +343,21 @@ void SqlitePreferenceBackendTest::livesInTheUsersDataFolder()
     QCOMPARE(query(folder + u"/preferences.sqlite"_s, u"SELECT value FROM preferences"_s),
              QStringList(u"1"_s));
     QCOMPARE(mode(folder), 0700);
+}
+
+void SqlitePreferenceBackendTest::ignoresARelativeDataFolder()
+{
+#ifdef Q_OS_MACOS
+    QSKIP("macOS has no XDG_DATA_HOME");
+#endif
+    const QByteArray original = qgetenv("XDG_DATA_HOME");
+    QStringList folders;
+    for (const char *relative : {"", "data", "./data", "../data", "~/data"}) {
+        qputenv("XDG_DATA_HOME", relative);
+        folders.append(userDataFolder());
+    }
+    qputenv("XDG_DATA_HOME", original);
+    QCOMPARE(folders, QStringList(5, QDir::homePath() + u"/.local/share/aulora-ia"_s));
 }
 
 void SqlitePreferenceBackendTest::belongsToTheUserAlone_data()
