@@ -1,6 +1,6 @@
 #pragma once
 
-#include "FileStamp.h"
+#include "DatabaseFile.h"
 #include "PreferenceBackend.h"
 #include "SqliteConnection.h"
 #include "SqliteError.h"
@@ -50,27 +50,17 @@ private:
 
     Failure open();
     Failure connectTo(SqliteConnection::Access access);
-    Failure makePrivateFile();
     void close();
 
-    bool isReplaced() const;
     bool isDisplaced() const;
     bool isOverwritten();
     void noteOwnWrites();
     Failure moveAside(const QString &reason);
 
-    /// Where the symbolic links at the given path lead.
-    QString databasePath() const;
-
-    const QString m_path;
+    DatabaseFile m_file;
     std::optional<SqliteConnection> m_connection;
     bool m_isLogEmpty = false;
-    /// The file that holds the values which were read or committed, as this program left it;
-    /// nothing before any were.
-    std::optional<FileStamp> m_known;
-    /// The log that this program writes for that file.
-    std::optional<FileStamp> m_knownLog;
-    /// Of the open connection, when the state of the known file was last noted.
+    /// Of the open connection, when the state of the file was last noted.
     std::optional<int> m_dataVersion;
     /// The file is new, and holds less than the program does.
     bool m_lacksValues = false;
