@@ -143,6 +143,23 @@ void decodeFloor(benchmark::State &state)
     }
 }
 
+/// From nothing open to the document's bytes.
+void read(benchmark::State &state)
+{
+    const Subject &history = subject(state);
+    for (auto _ : state) {
+        auto backend = std::make_unique<SqlitePreferenceBackend>(history.path());
+        const auto result = backend->data(HistoryStore::historyKey);
+        const auto *document = std::get_if<std::optional<QByteArray>>(&result);
+        if (!document || !*document || (*document)->size() != history.document.size())
+            state.SkipWithError("the document was not read");
+        // Closing the database is not part of reading.
+        state.PauseTiming();
+        backend.reset();
+        state.ResumeTiming();
+    }
+}
+
 /// From nothing open to the list of conversations.
 void load(benchmark::State &state)
 {
@@ -158,6 +175,18 @@ void load(benchmark::State &state)
             state.PauseTiming();
         }
         state.ResumeTiming();
+    }
+}
+
+/// The file read whole, as if it held nothing but the document.
+void readFloor(benchmark::State &state)
+{
+    const Subject &history = subject(state);
+    for (auto _ : state) {
+        QFile file(history.path());
+        if (!file.open(QFile::ReadOnly))
+            state.SkipWithError("the database cannot be read");
+        benchmark::DoNotOptimize(file.readAll());
     }
 }
 
@@ -200,6 +229,13 @@ BENCHMARK(encode)->Name("history-encode")->Arg(6)->Arg(60)->Unit(benchmark::kMil
 BENCHMARK(encodeFloor)->Arg(6)->Arg(60)->Unit(benchmark::kMillisecond);
 BENCHMARK(decode)->Name("history-decode")->Arg(6)->Arg(60)->Unit(benchmark::kMillisecond);
 BENCHMARK(decodeFloor)->Arg(6)->Arg(60)->Unit(benchmark::kMillisecond);
+BENCHMARK(read)
+    ->Name("history-read")
+    ->Arg(6)
+    ->Arg(60)
+    ->Unit(benchmark::kMillisecond)
+    ->UseRealTime();
+BENCHMARK(readFloor)->Arg(6)->Arg(60)->Unit(benchmark::kMillisecond)->UseRealTime();
 BENCHMARK(load)
     ->Name("history-load")
     ->Arg(6)
@@ -236,6 +272,8 @@ int main(int argc, char **argv)
     for (const std::string size : {"6", "60"}) {
         reporter.printRatio("history-encode/" + size, "encodeFloor/" + size, 2);
         reporter.printRatio("history-decode/" + size, "decodeFloor/" + size, 2);
+        reporter.printRatio("history-read/" + size + "/real_time",
+                            "readFloor/" + size + "/real_time", 1.4);
         reporter.printRatio("history-load/" + size + "/process_time/real_time",
                             "loadFloor/" + size + "/process_time/real_time", 2);
         reporter.printCounter("history-save/" + size + "/iterations:200", "worst", 16);

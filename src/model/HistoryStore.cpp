@@ -4,6 +4,8 @@
 #include "PreferenceStore.h"
 
 #include <cstdio>
+#include <memory>
+#include <mutex>
 
 using namespace Qt::StringLiterals;
 
@@ -17,16 +19,29 @@ void printLine(const QString &text)
     std::fflush(stdout);
 }
 
+void printLoadFailure(const QString &description)
+{
+    printLine(u"Error cargando historial: "_s + description);
+}
+
+void printSaveFailure(const QString &description)
+{
+    printLine(u"Error guardando historial: "_s + description);
+}
+
 /// What was begun while the stored conversations could not be read, before them: newest first.
-QByteArray mergedDocuments(const QByteArray &begun, const QByteArray &stored)
+/// That they cannot be decoded either is said once.
+QByteArray mergedDocuments(const QByteArray &begun, const QByteArray &stored,
+                           std::once_flag &isToldOfDecoding)
 {
     auto storedConversations = decodeConversations(stored);
-    const auto *older = std::get_if<QList<Conversation>>(&storedConversations);
-    if (!older)
+    if (const auto *error = std::get_if<DecodingError>(&storedConversations)) {
+        std::call_once(isToldOfDecoding, [error] { printLoadFailure(error->description); });
         return begun;
+    }
     auto conversations = std::get<QList<Conversation>>(decodeConversations(begun));
     conversations.removeIf([](const Conversation &one) { return one.messages.isEmpty(); });
-    return encodeConversations(conversations + *older);
+    return encodeConversations(conversations + std::get<QList<Conversation>>(storedConversations));
 }
 
 } // namespace
@@ -35,10 +50,14 @@ HistoryStore::HistoryStore(PreferenceStore *store, QObject *parent)
     : QObject(parent)
     , m_store(store)
 {
-    connect(store, &PreferenceStore::commitFailed, this, [](const QString &description) {
-        printLine(u"Error guardando historial: "_s + description);
-    });
-    store->setMerge(historyKey, mergedDocuments);
+    connect(store, &PreferenceStore::commitFailed, this, printSaveFailure);
+    connect(store, &PreferenceStore::repairedWhileReading, this, printLoadFailure);
+    connect(store, &PreferenceStore::repairedWhileCommitting, this, printSaveFailure);
+    store->setMerge(historyKey,
+                    [isToldOfDecoding = std::make_shared<std::once_flag>()](
+                        const QByteArray &begun, const QByteArray &stored) {
+                        return mergedDocuments(begun, stored, *isToldOfDecoding);
+                    });
 }
 
 HistoryStore::~HistoryStore()
@@ -52,15 +71,17 @@ QList<Conversation> HistoryStore::load() const
     const auto document = m_store->data(historyKey);
     if (!document) {
         if (const auto failure = m_store->readFailure())
-            printLine(u"Error cargando historial: "_s + *failure);
+            printLoadFailure(*failure);
         return {};
     }
     auto decoded = decodeConversations(*document);
     if (const auto *error = std::get_if<DecodingError>(&decoded)) {
-        printLine(u"Error cargando historial: "_s + error->description);
+        printLoadFailure(error->description);
         return {};
     }
-    return std::get<QList<Conversation>>(std::move(decoded));
+    auto conversations = std::get<QList<Conversation>>(std::move(decoded));
+    m_store->remember(historyKey, [conversations] { return encodeConversations(conversations); });
+    return conversations;
 }
 
 void HistoryStore::save(const QList<Conversation> &conversations)

@@ -10,6 +10,20 @@
 ///
 /// The first mistake in the text ends the reading: `hasFailed()` from then on, and every call
 /// yields nothing. Containers nested deeper than `maximumDepth` are a mistake.
+///
+/// Written here because no library does the same as fast. Processor time in milliseconds for
+/// decoding a history of 6 and of 60 MB, on Debian 13 with simdjson 3.12 and AVX-512:
+///
+///     this reader                                               2.5    37
+///     simdjson, on demand                                       4.8    57
+///     simdjson, a document                                      5.3    65
+///     QJsonDocument, without a record made of it                6.9    71
+///
+/// Both interfaces of simdjson copy every string. On demand it takes as long as this reader (2.4
+/// and 37) when the previews are taken as they stand, which leaves their escapes to the caller.
+/// Either way it would leave to be written here: the check of every value that is passed over,
+/// which it does not look into on demand; numbers beyond 64 bits or a double's range, which it
+/// refuses; and surrogates without their partner, of which Debian 12's version makes an error.
 class JsonReader
 {
 public:

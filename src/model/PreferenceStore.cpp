@@ -51,6 +51,11 @@ void PreferenceStore::setMerge(const QString &key, const Merge &merge)
     m_writer->setMerge(key, merge);
 }
 
+void PreferenceStore::remember(const QString &key, const DataSource &source)
+{
+    m_writer->remember(key, source);
+}
+
 void PreferenceStore::setData(const QString &key, DataSource source)
 {
     scalars().remove(key);
@@ -92,6 +97,13 @@ void PreferenceStore::reportNews()
         scalars().insert(*late);
         for (auto it = late->cbegin(); it != late->cend(); ++it)
             Q_EMIT changed(it.key());
+    }
+    const auto repairs = m_writer->takeRepairs();
+    for (const auto &repair : repairs) {
+        if (repair.occasion == PreferenceWriter::Repair::Occasion::reading)
+            Q_EMIT repairedWhileReading(repair.description);
+        else
+            Q_EMIT repairedWhileCommitting(repair.description);
     }
     if (const auto failure = m_writer->takeFailure())
         Q_EMIT commitFailed(*failure);

@@ -27,6 +27,10 @@ class PreferenceWriter;
 /// strings and booleans become again what is stored, whatever was set meanwhile, and bytes are
 /// merged.
 ///
+/// What the program holds is the truth: a file that another program replaces, removes or writes
+/// over, or that is found damaged, gives way to a new one with every value that was set or read.
+/// Bytes that were read count as read once `remember` has said how to make them again.
+///
 /// Every function belongs to the thread that made the store.
 class PreferenceStore : public QObject
 {
@@ -53,6 +57,9 @@ public:
     /// How bytes under `key` are merged; where nothing is said the stored ones stay.
     void setMerge(const QString &key, const Merge &merge);
 
+    /// Says how the bytes under `key`, which were read, can be made again should the store be lost.
+    void remember(const QString &key, const DataSource &source);
+
     void setData(const QString &key, DataSource source);
     void setString(const QString &key, const QString &value);
     void setBoolean(const QString &key, bool value);
@@ -67,6 +74,10 @@ Q_SIGNALS:
     void changed(const QString &key);
     /// Commits began to fail; emitted once, and again only after one that succeeded.
     void commitFailed(const QString &description);
+    /// The stored file was damaged, replaced or gone, which was found while it was read or before a
+    /// commit; a new one takes its place. Emitted once for each.
+    void repairedWhileReading(const QString &description);
+    void repairedWhileCommitting(const QString &description);
 
 private:
     template <typename Value>

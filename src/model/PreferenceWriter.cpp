@@ -25,6 +25,17 @@ PreferenceValue evaluated(const PreferenceWriter::PendingValue &pending)
         pending);
 }
 
+/// The value to be stored: what was set, with what was stored before and could only be read later.
+PreferenceValue merged(const PreferenceWriter::PendingValue &set, const QByteArray &stored,
+                       const PreferenceWriter::Merge &merge)
+{
+    const PreferenceValue value = evaluated(set);
+    const auto *bytes = std::get_if<QByteArray>(&value);
+    if (!bytes)
+        return value;
+    return merge ? merge(*bytes, stored) : stored;
+}
+
 } // namespace
 
 PreferenceWriter::PreferenceWriter(std::unique_ptr<PreferenceBackend> backend,
@@ -108,6 +119,13 @@ void PreferenceWriter::set(const QString &key, const PendingValue &value)
     m_wakeWriter.notify_one();
 }
 
+void PreferenceWriter::remember(const QString &key, const DataSource &source)
+{
+    const std::scoped_lock lock(m_mutex);
+    if (!m_pending.contains(key) && !m_inFlight.contains(key))
+        m_held.insert(key, source);
+}
+
 bool PreferenceWriter::flush()
 {
     std::unique_lock lock(m_mutex);
@@ -115,7 +133,8 @@ bool PreferenceWriter::flush()
     m_nextAttempt = Clock::now();
     m_wakeWriter.notify_one();
     m_progress.wait(lock, [&] {
-        return m_failures != failuresBefore || (m_pending.isEmpty() && m_inFlight.isEmpty());
+        return m_failures != failuresBefore
+            || (m_pending.isEmpty() && m_inFlight.isEmpty() && !m_mustRewrite);
     });
     return m_failures == failuresBefore;
 }
@@ -132,6 +151,12 @@ std::optional<QString> PreferenceWriter::takeFailure()
     return std::exchange(m_untakenFailure, std::nullopt);
 }
 
+QList<PreferenceWriter::Repair> PreferenceWriter::takeRepairs()
+{
+    const std::scoped_lock lock(m_mutex);
+    return std::exchange(m_repairs, {});
+}
+
 void PreferenceWriter::run()
 {
     std::unique_lock lock(m_mutex);
@@ -140,14 +165,14 @@ void PreferenceWriter::run()
     while (!m_isStopping) {
         if (m_read)
             serveRead(lock);
-        else if (m_pending.isEmpty())
+        else if (m_pending.isEmpty() && !m_mustRewrite)
             m_wakeWriter.wait(lock);
         else if (Clock::now() < m_nextAttempt)
             m_wakeWriter.wait_until(lock, m_nextAttempt);
         else
             commit(lock);
     }
-    if (!m_pending.isEmpty())
+    if (!m_pending.isEmpty() || m_mustRewrite)
         commit(lock);
     m_backend.reset();
 }
@@ -157,9 +182,16 @@ std::optional<QString> PreferenceWriter::loadScalars(std::unique_lock<std::mutex
     lock.unlock();
     auto loaded = m_backend->load();
     lock.lock();
-    auto *stored = std::get_if<PreferenceBackend::Scalars>(&loaded);
+    noteRepairs(lock, Repair::Occasion::reading);
+    auto *stored = std::get_if<PreferenceBackend::Values>(&loaded);
     if (stored) {
         m_areScalarsRead = true;
+        for (auto it = stored->cbegin(); it != stored->cend(); ++it) {
+            if (const auto *text = std::get_if<QString>(&*it))
+                m_held.insert(it.key(), *text);
+            else
+                m_held.insert(it.key(), std::get<bool>(*it));
+        }
         // An identifier made because none could be read must not take the place of the real one.
         m_pending.removeIf([&](const auto &entry) { return stored->contains(entry.key()); });
         if (m_storedScalars)
@@ -184,6 +216,7 @@ void PreferenceWriter::serveRead(std::unique_lock<std::mutex> &lock)
     lock.unlock();
     auto result = m_backend->data(read->key);
     lock.lock();
+    noteRepairs(lock, Repair::Occasion::reading);
     if (auto *value = std::get_if<std::optional<QByteArray>>(&result)) {
         read->value = std::move(*value);
         m_unread.remove(read->key);
@@ -203,13 +236,17 @@ void PreferenceWriter::commit(std::unique_lock<std::mutex> &lock)
 {
     auto failure = readUnread(lock);
     PendingValues values;
+    PendingValues formerlyHeld;
     if (!failure) {
         values = m_inFlight = std::exchange(m_pending, {});
+        formerlyHeld = m_held;
+        m_held.insert(values);
         failure = write(lock, values);
     }
 
     if (!failure) {
         m_isFailing = false;
+        m_mustRewrite = false;
         m_retryDelay = firstRetryDelay;
     } else {
         // What was set meanwhile is newer.
@@ -230,6 +267,7 @@ void PreferenceWriter::commit(std::unique_lock<std::mutex> &lock)
         m_news();
     // The last hold on a large history may be here; nobody waits while it is let go.
     values.clear();
+    formerlyHeld.clear();
     lock.lock();
 }
 
@@ -245,6 +283,7 @@ std::optional<QString> PreferenceWriter::readUnread(std::unique_lock<std::mutex>
         lock.unlock();
         auto result = m_backend->data(key);
         lock.lock();
+        noteRepairs(lock, Repair::Occasion::reading);
         if (const auto *error = std::get_if<PreferenceReadError>(&result))
             return error->description;
         // It may have been removed meanwhile.
@@ -263,24 +302,46 @@ std::optional<QString> PreferenceWriter::write(std::unique_lock<std::mutex> &loc
     const bool isRemoving = std::exchange(m_isRemoving, false);
     const auto unseen = m_unseen;
     const auto merges = m_merges;
+    const auto held = m_held;
     lock.unlock();
 
-    QHash<QString, PreferenceValue> changes;
-    for (auto it = values.cbegin(); it != values.cend(); ++it) {
-        PreferenceValue value = evaluated(it.value());
-        if (const auto *bytes = std::get_if<QByteArray>(&value);
-            bytes && unseen.contains(it.key())) {
-            const Merge merge = merges.value(it.key());
-            value = merge ? merge(*bytes, unseen[it.key()]) : unseen[it.key()];
+    const auto stored = [&](const QString &key, const PendingValue &value) {
+        return unseen.contains(key) ? merged(value, unseen[key], merges.value(key))
+                                    : evaluated(value);
+    };
+    PreferenceBackend::Values changes;
+    for (auto it = values.cbegin(); it != values.cend(); ++it)
+        changes.insert(it.key(), stored(it.key(), *it));
+    auto failure = m_backend->commit(changes, [&] {
+        PreferenceBackend::Values others;
+        for (auto it = unseen.cbegin(); it != unseen.cend(); ++it)
+            others.insert(it.key(), *it);
+        for (auto it = held.cbegin(); it != held.cend(); ++it) {
+            if (!changes.contains(it.key()))
+                others.insert(it.key(), stored(it.key(), *it));
         }
-        changes.insert(it.key(), value);
-    }
-    auto failure = m_backend->commit(changes);
+        return others;
+    });
     if (!failure && isRemoving)
         failure = m_backend->deleteDamaged();
 
     lock.lock();
+    noteRepairs(lock, Repair::Occasion::committing);
     if (failure)
         m_isRemoving = m_isRemoving || isRemoving;
     return failure;
+}
+
+/// Keeps what the back-end has to say of the last call.
+void PreferenceWriter::noteRepairs(std::unique_lock<std::mutex> &lock, Repair::Occasion occasion)
+{
+    const QStringList descriptions = m_backend->takeRepairs();
+    if (descriptions.isEmpty())
+        return;
+    for (const QString &description : descriptions)
+        m_repairs.append({occasion, description});
+    m_mustRewrite = m_mustRewrite || occasion == Repair::Occasion::reading;
+    lock.unlock();
+    m_news();
+    lock.lock();
 }

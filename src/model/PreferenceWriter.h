@@ -4,6 +4,7 @@
 
 #include <QByteArray>
 #include <QHash>
+#include <QList>
 #include <QSet>
 #include <QString>
 #include <QThread>
@@ -30,8 +31,17 @@ public:
     /// A value on its way to the disk; `std::monostate` removes the key.
     using PendingValue = std::variant<std::monostate, DataSource, QString, bool>;
 
+    /// A damaged, replaced or vanished store whose place a new one takes.
+    struct Repair
+    {
+        enum class Occasion { reading, committing };
+        Occasion occasion;
+        /// What was found and done, in one line.
+        QString description;
+    };
+
     /// Starts the thread. `news` is called on it when there is something to take with
-    /// `takeFailure` or `takeLateScalars`.
+    /// `takeFailure`, `takeRepairs` or `takeLateScalars`.
     PreferenceWriter(std::unique_ptr<PreferenceBackend> backend, std::function<void()> news);
     /// Tries once more to commit what is pending, and ends the thread.
     ~PreferenceWriter();
@@ -58,6 +68,9 @@ public:
     /// `takeLateScalars` has one of that key: whoever sets it has not seen that.
     void set(const QString &key, const PendingValue &value);
 
+    /// Says how the bytes under `key`, which were read, can be made again should the store be lost.
+    void remember(const QString &key, const DataSource &source);
+
     /// Waits until nothing is pending, which is true, or a commit has failed, which is false.
     bool flush();
 
@@ -67,6 +80,9 @@ public:
 
     /// Why commits began to fail, once; nothing when it was taken or they succeed.
     std::optional<QString> takeFailure();
+
+    /// What was found wrong with the store and put right, each once.
+    QList<Repair> takeRepairs();
 
 private:
     using Clock = std::chrono::steady_clock;
@@ -86,6 +102,7 @@ private:
     void commit(std::unique_lock<std::mutex> &lock);
     std::optional<QString> readUnread(std::unique_lock<std::mutex> &lock);
     std::optional<QString> write(std::unique_lock<std::mutex> &lock, const PendingValues &values);
+    void noteRepairs(std::unique_lock<std::mutex> &lock, Repair::Occasion occasion);
 
     std::unique_ptr<PreferenceBackend> m_backend;
     const std::function<void()> m_news;
@@ -98,6 +115,12 @@ private:
     PendingValues m_pending;
     /// What the running commit took out of m_pending.
     PendingValues m_inFlight;
+    /// Every value that the store holds or is to hold, as far as this program knows them; a store
+    /// that was lost begins anew with them.
+    PendingValues m_held;
+    /// The store was lost while it was read.
+    bool m_mustRewrite = false;
+    QList<Repair> m_repairs;
     /// A removal is in m_pending or m_inFlight, or was when another value took its place.
     bool m_isRemoving = false;
     Read *m_read = nullptr;

@@ -39,21 +39,21 @@ SettingsPreferenceBackend::SettingsPreferenceBackend(OpenSettings openSettings)
     : m_openSettings(std::move(openSettings))
 { }
 
-std::variant<PreferenceBackend::Scalars, PreferenceReadError> SettingsPreferenceBackend::load()
+std::variant<PreferenceBackend::Values, PreferenceReadError> SettingsPreferenceBackend::load()
 {
     QSettings *stored = settings();
     if (stored->status() != QSettings::NoError)
         return readError();
-    Scalars scalars;
+    Values values;
     const QStringList keys = stored->allKeys();
     for (const QString &key : keys) {
         const QVariant value = stored->value(key);
         if (value.typeId() == QMetaType::QString)
-            scalars.insert(preferenceKey(key), value.toString());
+            values.insert(preferenceKey(key), value.toString());
         else if (value.typeId() == QMetaType::Bool)
-            scalars.insert(preferenceKey(key), value.toBool());
+            values.insert(preferenceKey(key), value.toBool());
     }
-    return scalars;
+    return values;
 }
 
 std::variant<std::optional<QByteArray>, PreferenceReadError>
@@ -67,8 +67,8 @@ SettingsPreferenceBackend::data(const QString &key)
                                                    : std::nullopt;
 }
 
-std::optional<QString>
-SettingsPreferenceBackend::commit(const QHash<QString, PreferenceValue> &changes)
+std::optional<QString> SettingsPreferenceBackend::commit(const Values &changes,
+                                                         const std::function<Values()> & /*others*/)
 {
     QSettings *stored = settings();
     for (auto it = changes.cbegin(); it != changes.cend(); ++it) {

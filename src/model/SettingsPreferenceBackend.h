@@ -17,9 +17,10 @@ public:
     /// `openSettings` is called on the thread that makes all other calls.
     explicit SettingsPreferenceBackend(OpenSettings openSettings);
 
-    std::variant<Scalars, PreferenceReadError> load() override;
+    std::variant<Values, PreferenceReadError> load() override;
     std::variant<std::optional<QByteArray>, PreferenceReadError> data(const QString &key) override;
-    std::optional<QString> commit(const QHash<QString, PreferenceValue> &changes) override;
+    std::optional<QString> commit(const Values &changes,
+                                  const std::function<Values()> &others) override;
 
 private:
     QSettings *settings();

@@ -1,94 +1,34 @@
 #include "SqlitePreferenceBackend.h"
 
-#include <QDateTime>
-#include <QDir>
-#include <QFile>
-#include <QFileInfo>
-#include <QLoggingCategory>
-#include <QSqlQuery>
-#include <QUrl>
-#include <QUuid>
-#include <QVariant>
+#include "SqliteBlob.h"
+#include "SqliteStatement.h"
 
-#include <array>
-#include <filesystem>
 #include <utility>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-constexpr QFile::Permissions privateFile = QFile::ReadOwner | QFile::WriteOwner;
-constexpr QFile::Permissions privateFolder = privateFile | QFile::ExeOwner;
+/// How often a commit is tried when the database is damaged or replaced meanwhile.
+constexpr int commitAttempts = 3;
 
-/// The database, and the log and its index that SQLite keeps beside it.
-const std::array fileSuffixes{QString(), u"-wal"_s, u"-shm"_s};
-
-/// Between the database's name and the time at which it was moved aside.
-const QString asideInfix = u".corrupt-"_s;
-
-/// Leaves what the owner may do as it is: a folder made read-only is meant to be.
-void withdrawFromOthers(const QString &path)
+SqliteError ownError(const QString &description)
 {
-    const QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup
-        | QFile::ReadOther | QFile::WriteOther | QFile::ExeOther;
-    const QFile::Permissions permissions = QFile::permissions(path);
-    if (permissions & others)
-        QFile::setPermissions(path, permissions & ~others);
+    return {0, description};
 }
 
-QSqlError folderError()
+/// The file was replaced or removed while it was used.
+SqliteError replacementError()
 {
-    return {{}, u"no se puede usar la carpeta de datos"_s, QSqlError::ConnectionError};
+    return ownError(u"otro programa está cambiando el archivo de datos"_s);
 }
 
-/// SQLite's own code of an error, without the upper bits that tell variants of it apart.
-int sqliteCode(const QSqlError &error)
-{
-    return error.nativeErrorCode().toInt() & 0xFF;
-}
-
-bool isMalformed(const QSqlError &error)
-{
-    constexpr int corrupt = 11;
-    constexpr int notADatabase = 26;
-    return sqliteCode(error) == corrupt || sqliteCode(error) == notADatabase;
-}
-
-bool isBusy(const QSqlError &error)
-{
-    constexpr int busy = 5;
-    return sqliteCode(error) == busy;
-}
-
-/// Whether there is certainly no such file, which a folder that cannot be looked into leaves open.
-bool isMissing(const QString &path)
-{
-    std::error_code error;
-    const auto status = std::filesystem::status(QFileInfo(path).filesystemFilePath(), error);
-    return status.type() == std::filesystem::file_type::not_found;
-}
-
-QString describe(const QSqlError &error)
-{
-    return error.databaseText().isEmpty() ? error.driverText() : error.databaseText();
-}
-
-/// The value as SQLite is to store it. A null text or buffer would be stored as NULL.
-QVariant bindable(const PreferenceValue &value)
-{
-    if (const auto *bytes = std::get_if<QByteArray>(&value))
-        return bytes->isNull() ? QByteArray("") : *bytes;
-    if (const auto *text = std::get_if<QString>(&value))
-        return text->isNull() ? u""_s : *text;
-    return int(std::get<bool>(value));
-}
+const QString damageReason = u"el archivo de datos estaba dañado"_s;
 
 } // namespace
 
 SqlitePreferenceBackend::SqlitePreferenceBackend(QString path)
-    : m_path(std::move(path))
-    , m_connectionName(u"preferences-"_s + QUuid::createUuid().toString(QUuid::WithoutBraces))
+    : m_file(std::move(path))
 { }
 
 SqlitePreferenceBackend::~SqlitePreferenceBackend()
@@ -96,94 +36,111 @@ SqlitePreferenceBackend::~SqlitePreferenceBackend()
     close();
 }
 
-std::variant<PreferenceBackend::Scalars, PreferenceReadError> SqlitePreferenceBackend::load()
+std::variant<PreferenceBackend::Values, PreferenceReadError> SqlitePreferenceBackend::load()
 {
-    const auto failure = readAnyhow([this]() -> Failure {
-        QSqlQuery query(m_database);
-        query.setForwardOnly(true);
-        if (!query.exec(u"SELECT key, value, typeof(value) FROM preferences "
-                        "WHERE typeof(value) IN ('text', 'integer')"_s))
-            return query.lastError();
-        Scalars scalars;
-        while (query.next()) {
-            const QVariant value = query.value(1);
-            if (query.value(2) == u"text"_s)
-                scalars.insert(query.value(0).toString(), value.toString());
+    Values stored;
+    FileStamp file;
+    const auto failure = readAnyhow([&]() -> Failure {
+        const auto found = FileStamp::of(m_file.path());
+        if (!found || m_connection->hasMoved())
+            return replacementError();
+        SqliteStatement statement(*m_connection,
+                                  "SELECT key, value FROM preferences "
+                                  "WHERE typeof(value) IN ('text', 'integer')");
+        Values values;
+        auto step = statement.step();
+        for (; step == SqliteStatement::Step::row; step = statement.step()) {
+            if (statement.isText(1))
+                values.insert(statement.text(0), statement.text(1));
             else
-                scalars.insert(query.value(0).toString(), value.toLongLong() != 0);
+                values.insert(statement.text(0), statement.integer(1) != 0);
         }
-        if (query.lastError().isValid())
-            return query.lastError();
-        m_scalars = std::move(scalars);
+        if (step == SqliteStatement::Step::failed)
+            return statement.error();
+        stored = std::move(values);
+        file = *found;
         return std::nullopt;
     });
     if (failure)
-        return PreferenceReadError{describe(*failure)};
-    return m_scalars;
+        return PreferenceReadError{failure->description};
+    m_file.setKnown(file);
+    return stored;
 }
 
 std::variant<std::optional<QByteArray>, PreferenceReadError>
 SqlitePreferenceBackend::data(const QString &key)
 {
     std::optional<QByteArray> bytes;
-    const auto failure = readAnyhow([this, &key, &bytes]() -> Failure {
-        QSqlQuery query(m_database);
-        query.setForwardOnly(true);
-        query.prepare(u"SELECT value FROM preferences WHERE key = ? AND typeof(value) = 'blob'"_s);
-        query.addBindValue(key);
-        if (!query.exec())
-            return query.lastError();
-        if (query.next())
-            bytes = query.value(0).toByteArray();
-        else if (query.lastError().isValid())
-            return query.lastError();
+    const auto failure = readAnyhow([&]() -> Failure {
+        SqliteStatement statement(
+            *m_connection,
+            "SELECT rowid FROM preferences WHERE key = ? AND typeof(value) = 'blob'");
+        statement.bind(1, key);
+        const auto step = statement.step();
+        if (step == SqliteStatement::Step::failed)
+            return statement.error();
+        if (step == SqliteStatement::Step::done)
+            return std::nullopt;
+        // The statement stays at its row meanwhile, so both see the same state of the database.
+        auto opened = SqliteBlob::open(*m_connection, "preferences", "value", statement.integer(0));
+        if (const auto *error = std::get_if<SqliteError>(&opened))
+            return *error;
+        const auto &blob = std::get<SqliteBlob>(opened);
+        if (blob.size() > m_file.size())
+            return SqliteError::malformed();
+        auto read = blob.read();
+        if (const auto *error = std::get_if<SqliteError>(&read))
+            return *error;
+        bytes = std::get<QByteArray>(std::move(read));
         return std::nullopt;
     });
     if (failure)
-        return PreferenceReadError{describe(*failure)};
+        return PreferenceReadError{failure->description};
     return bytes;
 }
 
-std::optional<QString>
-SqlitePreferenceBackend::commit(const QHash<QString, PreferenceValue> &changes)
+std::optional<QString> SqlitePreferenceBackend::commit(const Values &changes,
+                                                       const std::function<Values()> &others)
 {
-    if (const auto failure = attempt([this, &changes] { return write(changes); }))
-        return describe(*failure);
-    for (auto it = changes.cbegin(); it != changes.cend(); ++it) {
-        if (std::holds_alternative<QString>(*it) || std::holds_alternative<bool>(*it))
-            m_scalars.insert(it.key(), *it);
-        else
-            m_scalars.remove(it.key());
+    Failure failure;
+    for (int attempt = 0; attempt < commitAttempts; ++attempt) {
+        failure = commitOnce(changes, others);
+        if (!failure)
+            return std::nullopt;
+        if (failure->isMalformed()) {
+            if (auto obstacle = moveAside(damageReason))
+                failure = std::move(obstacle);
+        } else if (!isDisplaced()) {
+            break;
+        }
     }
-    return std::nullopt;
+    close();
+    return failure->description;
 }
 
 std::optional<QString> SqlitePreferenceBackend::deleteDamaged()
 {
-    const QFileInfo file(m_path);
-    QDir folder = file.dir();
-    const QStringList names = folder.entryList({file.fileName() + asideInfix + u'*'}, QDir::Files);
-    for (const QString &name : names) {
-        if (!folder.remove(name))
-            return u"no se pueden borrar los datos dañados"_s;
-    }
-    return std::nullopt;
+    if (m_file.deleteAside())
+        return std::nullopt;
+    return u"no se pueden borrar los datos dañados"_s;
+}
+
+QStringList SqlitePreferenceBackend::takeRepairs()
+{
+    return std::exchange(m_repairs, {});
 }
 
 /// Does `operation`, which only reads, even where nothing can be written, and succeeds without it
 /// where there is no database.
 SqlitePreferenceBackend::Failure SqlitePreferenceBackend::readAnyhow(const Operation &operation)
 {
-    Failure failure = attempt(operation);
-    if (!failure || isMissing(m_path))
+    Failure failure = readOrMoveAside(operation);
+    if (!failure || m_file.isMissing())
         return std::nullopt;
     // Such a connection sees neither what is in the log nor what another program is changing.
-    if (isBusy(*failure) || QFileInfo(m_path + u"-wal"_s).size() > 0)
+    if (failure->isBusy() || m_file.logSize() > 0)
         return failure;
-    QUrl url = QUrl::fromLocalFile(m_path);
-    url.setQuery(u"immutable=1"_s);
-    Failure readFailure
-        = connectTo(url.toString(QUrl::FullyEncoded), u"QSQLITE_OPEN_URI;QSQLITE_OPEN_READONLY;"_s);
+    Failure readFailure = connectTo(SqliteConnection::Access::readUnchanging);
     if (!readFailure)
         readFailure = operation();
     close();
@@ -192,145 +149,183 @@ SqlitePreferenceBackend::Failure SqlitePreferenceBackend::readAnyhow(const Opera
 
 /// Does `operation` on the open database: after a failure anew on a new connection the next time,
 /// and at once when the database was malformed and could be moved out of the way.
-SqlitePreferenceBackend::Failure SqlitePreferenceBackend::attempt(const Operation &operation)
+SqlitePreferenceBackend::Failure
+SqlitePreferenceBackend::readOrMoveAside(const Operation &operation)
 {
-    const auto openAndOperate = [&] {
+    const auto openAndRead = [&] {
         Failure failure = open();
         if (!failure)
             failure = operation();
+        if (failure && failure->isMalformed() && m_connection && !m_connection->canReadFile())
+            failure = SqliteError::unreadable();
         if (failure)
             close();
         return failure;
     };
-    Failure failure = openAndOperate();
-    if (failure && isMalformed(*failure) && moveAside())
-        failure = openAndOperate();
+    Failure failure = openAndRead();
+    if (failure && failure->isMalformed() && !moveAside(damageReason))
+        failure = openAndRead();
     return failure;
 }
 
-SqlitePreferenceBackend::Failure SqlitePreferenceBackend::open()
+/// Commits to the database that is known, or to a new one where something else is in its place.
+SqlitePreferenceBackend::Failure
+SqlitePreferenceBackend::commitOnce(const Values &changes, const std::function<Values()> &others)
 {
-    // SQLite would go on writing to a file that was deleted, and nobody would ever see it.
-    const bool isNew = !QFileInfo::exists(m_path);
-    if (m_database.isOpen() && !isNew)
-        return std::nullopt;
-    close();
-    if (auto failure = makePrivateFile())
-        return failure;
-    if (auto failure = connectTo(m_path, {}))
-        return failure;
-    // A history is one value over many pages, each a read of its own and none read twice: pages are
-    // as large as can be, in a new database at least, and few of them (256 KiB) are kept.
-    for (const QString &statement :
-         {u"PRAGMA page_size=65536"_s, u"PRAGMA cache_size=-256"_s, u"PRAGMA journal_mode=WAL"_s,
-          u"PRAGMA synchronous=FULL"_s, u"PRAGMA secure_delete=ON"_s,
-          u"PRAGMA wal_autocheckpoint=0"_s,
-          u"CREATE TABLE IF NOT EXISTS preferences(key TEXT PRIMARY KEY, value)"_s}) {
-        QSqlQuery query(m_database);
-        if (!query.exec(statement))
-            return query.lastError();
+    if (m_file.isReplaced() || isOverwritten()) {
+        if (auto failure = moveAside(u"otro programa cambió el archivo de datos"_s))
+            return failure;
     }
-    m_isLogEmpty = false;
-    return isNew && !m_scalars.isEmpty() ? write(m_scalars) : std::nullopt;
-}
-
-SqlitePreferenceBackend::Failure SqlitePreferenceBackend::connectTo(const QString &name,
-                                                                    const QString &options)
-{
-    m_database = QSqlDatabase::addDatabase(u"QSQLITE"_s, m_connectionName);
-    m_database.setDatabaseName(name);
-    // Other programs may look into the database, but not for long.
-    m_database.setConnectOptions(options + u"QSQLITE_BUSY_TIMEOUT=1000"_s);
-    return m_database.open() ? std::nullopt : Failure(m_database.lastError());
-}
-
-/// Makes the folder and the file, if they are not there, before SQLite does: it would leave who
-/// may read them to the process's file mode mask. Its own further files take the database's mode.
-SqlitePreferenceBackend::Failure SqlitePreferenceBackend::makePrivateFile() const
-{
-    const QString folder = QFileInfo(m_path).absolutePath();
-    if (QFileInfo::exists(folder))
-        withdrawFromOthers(folder);
-    else if (!QDir().mkpath(folder) || !QFile::setPermissions(folder, privateFolder))
-        return folderError();
-
-    QFile file(m_path);
-    if (!file.exists()
-        && (!file.open(QFile::NewOnly | QFile::WriteOnly, privateFile)
-            || !file.setPermissions(privateFile)))
-        return folderError();
-    for (const QString &suffix : fileSuffixes)
-        withdrawFromOthers(m_path + suffix);
+    if (auto failure = open())
+        return failure;
+    if (isDisplaced())
+        return replacementError();
+    Values values = changes;
+    if (m_lacksValues) {
+        values = others();
+        values.insert(changes);
+    }
+    if (auto failure = write(values))
+        return failure;
+    // What was committed to a file that is no longer there is not stored.
+    if (isDisplaced())
+        return replacementError();
+    m_lacksValues = false;
+    noteOwnWrites();
     return std::nullopt;
 }
 
-SqlitePreferenceBackend::Failure
-SqlitePreferenceBackend::write(const QHash<QString, PreferenceValue> &changes)
+SqlitePreferenceBackend::Failure SqlitePreferenceBackend::write(const Values &changes)
 {
     // A log that could not be emptied must not grow with every further try.
     if (!m_isLogEmpty) {
         if (auto failure = emptyLog())
             return failure;
     }
-    if (!m_database.transaction())
-        return m_database.lastError();
-    QSqlQuery query(m_database);
+    if (auto failure = m_connection->execute("BEGIN IMMEDIATE"))
+        return failure;
+    const auto rollBack = [this](const SqliteError &error) {
+        m_connection->execute("ROLLBACK");
+        return error;
+    };
     for (auto it = changes.cbegin(); it != changes.cend(); ++it) {
         const bool isRemoval = std::holds_alternative<std::monostate>(*it);
-        query.prepare(isRemoval ? u"DELETE FROM preferences WHERE key = ?"_s
-                                : u"INSERT INTO preferences(key, value) VALUES(?, ?) "
-                                  "ON CONFLICT(key) DO UPDATE SET value = excluded.value"_s);
-        query.addBindValue(it.key());
+        SqliteStatement statement(*m_connection,
+                                  isRemoval
+                                      ? "DELETE FROM preferences WHERE key = ?"
+                                      : "INSERT INTO preferences(key, value) VALUES(?, ?) "
+                                        "ON CONFLICT(key) DO UPDATE SET value = excluded.value");
+        statement.bind(1, it.key());
         if (!isRemoval)
-            query.addBindValue(bindable(*it));
-        if (!query.exec()) {
-            const QSqlError error = query.lastError();
-            m_database.rollback();
-            return error;
-        }
+            statement.bind(2, *it);
+        if (statement.step() == SqliteStatement::Step::failed)
+            return rollBack(statement.error());
     }
-    query.finish();
     m_isLogEmpty = false;
-    if (!m_database.commit()) {
-        const QSqlError error = m_database.lastError();
-        m_database.rollback();
-        return error;
-    }
+    if (const auto error = m_connection->execute("COMMIT"))
+        return rollBack(*error);
     return emptyLog();
 }
 
 SqlitePreferenceBackend::Failure SqlitePreferenceBackend::emptyLog()
 {
-    QSqlQuery query(m_database);
-    if (!query.exec(u"PRAGMA wal_checkpoint(TRUNCATE)"_s) || !query.next())
-        return query.lastError();
-    const bool isBlocked = query.value(0).toBool();
+    SqliteStatement statement(*m_connection, "PRAGMA wal_checkpoint(TRUNCATE)");
+    if (statement.step() != SqliteStatement::Step::row)
+        return statement.error();
+    const bool isBlocked = statement.integer(0) != 0;
     m_isLogEmpty = !isBlocked;
     if (isBlocked)
-        return QSqlError({}, u"otro programa está leyendo los datos"_s,
-                         QSqlError::TransactionError);
+        return ownError(u"otro programa está leyendo los datos"_s);
+    return std::nullopt;
+}
+
+SqlitePreferenceBackend::Failure SqlitePreferenceBackend::open()
+{
+    // SQLite would go on writing to a file that was deleted, and nobody would ever see it.
+    if (m_connection && !m_connection->hasMoved())
+        return std::nullopt;
+    close();
+    const bool wasThere = m_file.wasThere();
+    switch (m_file.makePrivate()) {
+    case DatabaseFile::Presence::found:
+        break;
+    case DatabaseFile::Presence::made:
+        if (wasThere)
+            m_repairs.append(u"el archivo de datos no estaba en su lugar y se hizo otro"_s);
+        m_lacksValues = true;
+        break;
+    case DatabaseFile::Presence::unusable:
+        return ownError(u"no se puede usar la carpeta de datos"_s);
+    }
+    const bool isAsNoted = m_file.isAsNoted();
+    if (auto failure = connectTo(SqliteConnection::Access::readWrite))
+        return failure;
+    // A history is one value over many pages, each a read of its own and none read twice: pages are
+    // as large as can be, in a new database at least, and few of them (256 KiB) are kept.
+    auto failure = m_connection->execute(
+        "PRAGMA page_size=65536; PRAGMA cache_size=-256; PRAGMA journal_mode=WAL;"
+        "PRAGMA synchronous=FULL; PRAGMA secure_delete=ON; PRAGMA wal_autocheckpoint=0;"
+        "CREATE TABLE IF NOT EXISTS preferences(key TEXT PRIMARY KEY, value)");
+    m_isLogEmpty = m_file.logSize() == 0;
+    m_dataVersion = m_connection->dataVersion();
+    if (isAsNoted)
+        noteOwnWrites();
+    return failure;
+}
+
+SqlitePreferenceBackend::Failure SqlitePreferenceBackend::connectTo(SqliteConnection::Access access)
+{
+    if (m_file.isSomethingElse())
+        return ownError(u"en el lugar del archivo de datos hay otra cosa"_s);
+    auto opened = SqliteConnection::open(m_file.path(), access);
+    if (const auto *error = std::get_if<SqliteError>(&opened))
+        return *error;
+    m_connection = std::get<SqliteConnection>(std::move(opened));
     return std::nullopt;
 }
 
 void SqlitePreferenceBackend::close()
 {
-    if (!m_database.isValid())
+    if (!m_connection)
         return;
-    m_database.close();
-    m_database = {};
-    QSqlDatabase::removeDatabase(m_connectionName);
+    const bool isOwn = !isDisplaced();
+    if (!isOwn)
+        m_connection->keepLogOnClose();
+    m_connection.reset();
+    // What was left in the log is now in the database.
+    if (isOwn && !m_isLogEmpty)
+        noteOwnWrites();
 }
 
-/// Keeps what could not be used under another name; true when the path is free now.
-bool SqlitePreferenceBackend::moveAside()
+/// Whether the known file is no longer in its place, or not the one that is open.
+bool SqlitePreferenceBackend::isDisplaced() const
 {
-    close();
-    const QString target = m_path + asideInfix
-        + QDateTime::currentDateTimeUtc().toString(u"yyyyMMdd'T'HHmmsszzz'Z'"_s);
-    if (!QFile::rename(m_path, target))
-        return false;
-    for (const QString &suffix : {u"-wal"_s, u"-shm"_s})
-        QFile::rename(m_path + suffix, target + suffix);
-    qWarning("A malformed preference database was moved to %ls", qUtf16Printable(target));
-    return true;
+    return m_file.isReplaced() || (m_connection && m_connection->hasMoved());
+}
+
+/// Whether another program has written to the known file, past SQLite.
+bool SqlitePreferenceBackend::isOverwritten()
+{
+    return m_isLogEmpty && m_file.isChanged()
+        && (!m_connection || m_connection->dataVersion() == m_dataVersion);
+}
+
+/// Takes the state of the file for this program's own doing.
+void SqlitePreferenceBackend::noteOwnWrites()
+{
+    m_file.noteOwnWrites();
+    m_dataVersion = m_connection ? m_connection->dataVersion() : std::nullopt;
+}
+
+/// Makes room for a new database because of `reason`, which is what was found.
+SqlitePreferenceBackend::Failure SqlitePreferenceBackend::moveAside(const QString &reason)
+{
+    if (m_connection)
+        m_connection->keepLogOnClose();
+    m_connection.reset();
+    const auto name = m_file.moveAside();
+    if (!name)
+        return ownError(u"no se puede apartar lo que hay en lugar del archivo de datos"_s);
+    m_repairs.append(reason + u"; quedó guardado como "_s + *name);
+    return std::nullopt;
 }

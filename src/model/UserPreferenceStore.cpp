@@ -7,13 +7,18 @@
 #include "SqlitePreferenceBackend.h"
 #endif
 
+#include <QDir>
 #include <QStandardPaths>
 
 using namespace Qt::StringLiterals;
 
 QString userDataFolder()
 {
-    return QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation) + u"/aulora-ia"_s;
+    const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
+    // XDG_DATA_HOME as the toolkit takes it; a relative one is to be ignored.
+    const QString absoluteFolder
+        = QDir::isAbsolutePath(folder) ? folder : QDir::homePath() + u"/.local/share"_s;
+    return absoluteFolder + u"/aulora-ia"_s;
 }
 
 std::unique_ptr<PreferenceStore> makeUserPreferenceStore()

@@ -1,5 +1,6 @@
 """From the first start to a stored answer, and what the next starts make of it."""
 
+import shutil
 import unittest
 
 from aulora_test_case import AuloraTestCase
@@ -87,6 +88,37 @@ class FirstRunTest(AuloraTestCase):
         store = program.home / ".local/share/aulora-ia/preferences.sqlite"
         self.assertEqual(store.stat().st_mode & 0o777, 0o600)
         self.assertEqual(store.parent.stat().st_mode & 0o777, 0o700)
+
+    def test_store_replaced_while_the_program_runs_loses_nothing(self):
+        program = self.start()
+        program.ask("uno")
+        user = self.assistant.next_request()
+        user.answer("respuesta\n")
+        program.wait_for_messages("uno", "respuesta")
+        self.assertEqual(program.quit(), 0)
+        store = program.home / ".local/share/aulora-ia/preferences.sqlite"
+        backup = shutil.copy(store, program.home / "backup.sqlite")
+        content = backup.read_bytes()
+
+        again = self.start(program.home, quiet=False)
+        again.ask("dos")
+        self.assistant.next_request().answer("otra\n")
+        again.wait_for_messages("uno", "respuesta", "dos", "otra")
+        again.wait_for(lambda: len(again.history()[0]["messages"]) == 4, "the answer to be stored")
+        backup.replace(store)
+        again.ask("tres")
+        self.assistant.next_request().answer("la última\n")
+        again.wait_for_messages("uno", "respuesta", "dos", "otra", "tres", "la última")
+        self.assertEqual(again.quit(), 0)
+
+        self.assertRegex(again.output, r"\AError guardando historial: [^\n]+\n\Z")
+        self.assertEqual([message["text"] for message in again.history()[0]["messages"]],
+                         ["uno", "respuesta", "dos", "otra", "tres", "la última"])
+        self.assertEqual(again.store("select value from preferences "
+                                     "where key = 'aulora.installation.userId'"),
+                         [(user.json["userId"],)])
+        kept = list(store.parent.glob("preferences.sqlite.corrupt-*"))
+        self.assertEqual([path.read_bytes() for path in kept], [content])
 
 
 if __name__ == "__main__":

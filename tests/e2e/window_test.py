@@ -1,5 +1,6 @@
 """The window itself: its size and its limits, scale factors, the keyboard alone, a second launch."""
 
+import os
 import unittest
 from pathlib import Path
 
@@ -133,6 +134,22 @@ class WindowTest(AuloraTestCase):
         kept = list(store.parent.glob("preferences.sqlite.corrupt-*"))
         self.assertEqual(len(kept), 1)
         self.assertTrue(kept[0].read_bytes().startswith(b"this is no database"))
+        self.assertRegex(again.output, r"\AError cargando historial: [^\n]+\n\Z")
+
+    def test_fifo_or_folder_in_place_of_the_store_is_said_and_left_alone(self):
+        for make in (os.mkfifo, os.mkdir):
+            program = self.start()
+            self.assertEqual(program.quit(), 0)
+            store = program.home / ".local/share/aulora-ia/preferences.sqlite"
+            store.unlink()
+            make(store)
+            again = self.start(program.home, quiet=False)
+            again.wait_for_conversations(("Nueva conversación", "0 mensajes", True))
+            again.wait_for(lambda: "Error guardando" in again.output, "the failed save to be said")
+            self.assertRegex(again.output, r"\AError cargando historial: [^\n]+\n"
+                                           r"Error guardando historial: [^\n]+\n\Z")
+            self.assertEqual(again.quit(), 0)
+            self.assertFalse(store.is_file())
 
 
 if __name__ == "__main__":

@@ -32,7 +32,8 @@ public:
     {
         static const QString alphabet
             = u"abc ñé€\"\\/\b\f\n\r\t{}[]:,0\u2028\uFFFD"_s + QChar(0xD83E) + QChar(0xDEC0);
-        QString result;
+        // Never null: Qt 6.8 crashes when a null key joins one beyond ASCII in an object.
+        QString result = u""_s;
         for (int length = below(30); length > 0; --length) {
             if (m_texts == Texts::plain)
                 result.append(u"ab ñ€{}[]:,0"[below(12)]);

@@ -355,7 +355,7 @@ void ConversationCodingTest::refuses_data()
     valueRow("key without quotes", "{a:1}");
     valueRow("number for a key", "{1:1}");
     valueRow("mismatched brackets", "[{]}");
-    valueRow("nothing", "");
+    valueRow("no value", "");
     valueRow("leading zero", "01");
     valueRow("plus sign", "+1");
     valueRow("minus alone", "-");

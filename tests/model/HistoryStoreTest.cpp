@@ -50,6 +50,8 @@ private Q_SLOTS:
     void aDocumentOutOfReachIsOneLineAndKept();
     void aDocumentOutOfReachCanBeCleared();
     void aCorruptDocumentOutOfReachIsReplaced();
+    void aDamagedStoreIsOneLine();
+    void aLostStoreIsOneLineAndWrittenAnew();
 
 private:
     std::unique_ptr<PreferenceStore> openStore() const
@@ -176,13 +178,17 @@ void HistoryStoreTest::encodesOffTheCallingThread()
         return QByteArray();
     });
     started.acquire();
-    // The list stays shared for as long as nobody has encoded it.
+    // The list stays shared until another takes its place: a store that is lost begins anew with
+    // it.
     const QList<Conversation> conversations = someConversations();
     QVERIFY(conversations.isDetached());
     HistoryStore historyStore(store.get());
     historyStore.save(conversations);
     QVERIFY(!conversations.isDetached());
     mayEnd.release();
+    QVERIFY(store->flush());
+    QVERIFY(!conversations.isDetached());
+    historyStore.save({});
     QVERIFY(store->flush());
     QTRY_VERIFY(conversations.isDetached());
 }
@@ -302,8 +308,44 @@ void HistoryStoreTest::aCorruptDocumentOutOfReachIsReplaced()
     QCOMPARE(historyStore.load(), QList<Conversation>());
     historyStore.save(someConversations());
     m_memory->setReadFailure(std::nullopt);
-    QVERIFY(store->flush());
+    for (int saves = 0; saves < 2; ++saves) {
+        QVERIFY(store->flush());
+        historyStore.save(someConversations());
+    }
     QCOMPARE(historyStore.load().size(), 2);
+    QCOMPARE(output.text().count("Error cargando historial: JSON no válido en el byte 2\n"), 1);
+}
+
+void HistoryStoreTest::aDamagedStoreIsOneLine()
+{
+    m_memory->setValue(HistoryStore::historyKey, encodeConversations(someConversations()));
+    m_memory->lose();
+    StandardOutputCapture output;
+    {
+        const auto store = openStore();
+        HistoryStore historyStore(store.get());
+        QCOMPARE(historyStore.load(), QList<Conversation>());
+        historyStore.save(someConversations());
+    }
+    QCOMPARE(output.text(), "Error cargando historial: lost\n");
+}
+
+void HistoryStoreTest::aLostStoreIsOneLineAndWrittenAnew()
+{
+    const QByteArray document = encodeConversations(someConversations());
+    m_memory->setValue(HistoryStore::historyKey, document);
+    StandardOutputCapture output;
+    {
+        const auto store = openStore();
+        HistoryStore historyStore(store.get());
+        QCOMPARE(historyStore.load().size(), 2);
+        m_memory->lose();
+        store->setString(u"text"_s, u"after"_s);
+        QVERIFY(store->flush());
+        store->setString(u"text"_s, u"later"_s);
+    }
+    QCOMPARE(output.text(), "Error guardando historial: lost\n");
+    QCOMPARE(m_memory->value(HistoryStore::historyKey), PreferenceValue(document));
 }
 
 QTEST_GUILESS_MAIN(HistoryStoreTest)

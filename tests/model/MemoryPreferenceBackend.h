@@ -9,6 +9,7 @@
 #include <chrono>
 #include <memory>
 #include <mutex>
+#include <utility>
 
 /// What a MemoryPreferenceBackend keeps, which a test can look at and set while the store runs.
 class PreferenceMemory
@@ -59,12 +60,30 @@ public:
         return m_values;
     }
 
-    std::optional<QString> commit(const QHash<QString, PreferenceValue> &changes)
+    /// Loses everything, as when the file is found damaged in the next call that is made.
+    void lose()
+    {
+        const std::scoped_lock lock(m_mutex);
+        m_values.clear();
+        m_isLost = true;
+        m_repairs.append(QStringLiteral("lost"));
+    }
+
+    QStringList takeRepairs()
+    {
+        const std::scoped_lock lock(m_mutex);
+        return std::exchange(m_repairs, {});
+    }
+
+    std::optional<QString> commit(const PreferenceBackend::Values &changes,
+                                  const std::function<PreferenceBackend::Values()> &others)
     {
         const std::scoped_lock lock(m_mutex);
         m_attempts.append(std::chrono::steady_clock::now());
         if (m_failure)
             return m_failure;
+        if (std::exchange(m_isLost, false))
+            m_values = others();
         for (auto it = changes.cbegin(); it != changes.cend(); ++it) {
             if (std::holds_alternative<std::monostate>(*it))
                 m_values.remove(it.key());
@@ -80,6 +99,8 @@ private:
     QList<std::chrono::steady_clock::time_point> m_attempts;
     std::optional<QString> m_failure;
     std::optional<QString> m_readFailure;
+    QStringList m_repairs;
+    bool m_isLost = false;
 };
 
 /// Preferences that last as long as the test's PreferenceMemory.
@@ -90,11 +111,11 @@ public:
         : m_memory(std::move(memory))
     { }
 
-    std::variant<Scalars, PreferenceReadError> load() override
+    std::variant<Values, PreferenceReadError> load() override
     {
         if (const auto failure = m_memory->readFailure())
             return PreferenceReadError{*failure};
-        Scalars scalars = m_memory->values();
+        Values scalars = m_memory->values();
         scalars.removeIf(
             [](const auto &entry) { return std::holds_alternative<QByteArray>(entry.value()); });
         return scalars;
@@ -109,10 +130,13 @@ public:
         return bytes ? std::optional(*bytes) : std::nullopt;
     }
 
-    std::optional<QString> commit(const QHash<QString, PreferenceValue> &changes) override
+    std::optional<QString> commit(const Values &changes,
+                                  const std::function<Values()> &others) override
     {
-        return m_memory->commit(changes);
+        return m_memory->commit(changes, others);
     }
+
+    QStringList takeRepairs() override { return m_memory->takeRepairs(); }
 
 private:
     std::shared_ptr<PreferenceMemory> m_memory;

@@ -125,6 +125,9 @@ private Q_SLOTS:
     void noFailureStaysOnceAllIsRead();
     void aRemovalNeedNotReadFirst();
     void whatIsNeverReadStaysAtTheEnd();
+    void aLostStoreBeginsAnewWithAllThatIsHeld();
+    void aStoreLostWhileItIsReadIsWrittenAtOnce();
+    void aLostStoreKeepsWhatCouldOnlyBeReadLate();
 
 private:
     static void backends();
@@ -665,6 +668,85 @@ void PreferenceStoreTest::whatIsNeverReadStaysAtTheEnd()
         store.setData(u"bytes"_s, constant("begun"));
     }
     QCOMPARE(memory->value(u"bytes"_s), PreferenceValue(QByteArray("stored")));
+}
+
+void PreferenceStoreTest::aLostStoreBeginsAnewWithAllThatIsHeld()
+{
+    const auto memory = std::make_shared<PreferenceMemory>();
+    memory->setValue(u"identifier"_s, u"stored"_s);
+    memory->setValue(u"bytes"_s, QByteArray("stored"));
+    PreferenceStore store(std::make_unique<MemoryPreferenceBackend>(memory));
+    QSignalSpy repairs(&store, &PreferenceStore::repairedWhileCommitting);
+    QCOMPARE(store.data(u"bytes"_s), "stored");
+    store.remember(u"bytes"_s, constant("stored"));
+    store.setData(u"other bytes"_s, constant("set"));
+    store.setString(u"removed"_s, u"set"_s);
+    store.setBoolean(u"flag"_s, true);
+    QVERIFY(store.flush());
+    store.remove(u"removed"_s);
+    QVERIFY(store.flush());
+
+    memory->lose();
+    store.setString(u"text"_s, u"set"_s);
+    QVERIFY(store.flush());
+    QCOMPARE(repairs.size(), 1);
+    QCOMPARE(repairs.first().first(), u"lost"_s);
+    auto values = memory->values();
+    values.removeIf(
+        [](const auto &entry) { return std::holds_alternative<std::monostate>(entry.value()); });
+    QCOMPARE(values,
+             (QHash<QString, PreferenceValue>{{u"identifier"_s, u"stored"_s},
+                                              {u"bytes"_s, QByteArray("stored")},
+                                              {u"other bytes"_s, QByteArray("set")},
+                                              {u"flag"_s, true},
+                                              {u"text"_s, u"set"_s}}));
+
+    // What was set since it was read counts.
+    store.setData(u"bytes"_s, constant("newer"));
+    store.remember(u"bytes"_s, constant("older"));
+    QVERIFY(store.flush());
+    memory->lose();
+    store.setString(u"text"_s, u"again"_s);
+    QVERIFY(store.flush());
+    QCOMPARE(memory->value(u"bytes"_s), PreferenceValue(QByteArray("newer")));
+    QCOMPARE(repairs.size(), 2);
+}
+
+void PreferenceStoreTest::aStoreLostWhileItIsReadIsWrittenAtOnce()
+{
+    const auto memory = std::make_shared<PreferenceMemory>();
+    memory->setValue(u"identifier"_s, u"stored"_s);
+    PreferenceStore store(std::make_unique<MemoryPreferenceBackend>(memory));
+    const QSignalSpy repairs(&store, &PreferenceStore::repairedWhileReading);
+    QCOMPARE(store.string(u"identifier"_s), u"stored"_s);
+    memory->lose();
+    QCOMPARE(store.data(u"bytes"_s), std::nullopt);
+    QVERIFY(store.flush());
+    QCOMPARE(repairs.size(), 1);
+    QCOMPARE(memory->value(u"identifier"_s), PreferenceValue(u"stored"_s));
+}
+
+void PreferenceStoreTest::aLostStoreKeepsWhatCouldOnlyBeReadLate()
+{
+    const auto memory = std::make_shared<PreferenceMemory>();
+    memory->setValue(u"bytes"_s, QByteArray("stored"));
+    memory->setValue(u"merged bytes"_s, QByteArray("stored"));
+    memory->setReadFailure(u"busy"_s);
+    PreferenceStore store(std::make_unique<MemoryPreferenceBackend>(memory));
+    store.setMerge(u"merged bytes"_s, [](const QByteArray &set, const QByteArray &stored) {
+        return set + '+' + stored;
+    });
+    QCOMPARE(store.data(u"bytes"_s), std::nullopt);
+    QCOMPARE(store.data(u"merged bytes"_s), std::nullopt);
+    store.setData(u"merged bytes"_s, constant("set"));
+    QVERIFY(!store.flush());
+    memory->setReadFailure(std::nullopt);
+    QVERIFY(store.flush());
+    memory->lose();
+    store.setString(u"text"_s, u"after"_s);
+    QVERIFY(store.flush());
+    QCOMPARE(memory->value(u"bytes"_s), PreferenceValue(QByteArray("stored")));
+    QCOMPARE(memory->value(u"merged bytes"_s), PreferenceValue(QByteArray("set+stored")));
 }
 
 QTEST_GUILESS_MAIN(PreferenceStoreTest)

@@ -1,6 +1,8 @@
 #include "SqlitePreferenceBackend.h"
 
+#include "FileStamp.h"
 #include "PreferenceStore.h"
+#include "SqliteConnection.h"
 #include "UserPreferenceStore.h"
 
 #include <QDir>
@@ -8,9 +10,6 @@
 #include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QSignalSpy>
-#include <QSqlDatabase>
-#include <QSqlError>
-#include <QSqlQuery>
 #include <QStandardPaths>
 #include <QTemporaryDir>
 #include <QTest>
@@ -18,8 +17,10 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <functional>
 #include <memory>
+#include <sqlite3.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
@@ -53,12 +54,17 @@ QByteArray contents(const QString &path)
     return file.open(QFile::ReadOnly) ? file.readAll() : QByteArray();
 }
 
+/// Writes `bytes` at `offset` of a file, past SQLite, so that the time of its last change is
+/// another.
 void overwrite(const QString &path, qint64 offset, const QByteArray &bytes)
 {
-    QFile file(path);
-    QVERIFY(file.open(QFile::ReadWrite));
-    QVERIFY(file.seek(offset));
-    QCOMPARE(file.write(bytes), bytes.size());
+    const auto before = FileStamp::of(path);
+    do {
+        QFile file(path);
+        QVERIFY(file.open(QFile::ReadWrite));
+        QVERIFY(file.seek(offset));
+        QCOMPARE(file.write(bytes), bytes.size());
+    } while (FileStamp::of(path) == before);
 }
 
 int mode(const QString &path)
@@ -67,28 +73,42 @@ int mode(const QString &path)
     return stat(qPrintable(path), &status) == 0 ? int(status.st_mode & 07777) : -1;
 }
 
-/// Another program's look into the database: rows of text, columns joined by a bar.
+int appendRow(void *rows, int columns, char **values, char ** /*names*/)
+{
+    QStringList row;
+    for (int column = 0; column < columns; ++column)
+        row.append(QString::fromUtf8(values[column]));
+    static_cast<QStringList *>(rows)->append(row.join(u'|'));
+    return 0;
+}
+
+/// Another program's look into the database: rows of text, columns joined by a bar; after a failure
+/// its description.
 QStringList query(const QString &path, const QString &statement)
 {
     QStringList rows;
-    {
-        QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"look"_s);
-        database.setDatabaseName(path);
-        if (!database.open())
-            rows.append(database.lastError().text());
-        QSqlQuery result(statement, database);
-        if (result.lastError().isValid())
-            rows.append(result.lastError().text());
-        while (result.next()) {
-            QStringList columns;
-            for (int column = 0; !result.value(column).isNull(); ++column)
-                columns.append(result.value(column).toString());
-            rows.append(columns.join(u'|'));
-        }
-    }
-    QSqlDatabase::removeDatabase(u"look"_s);
+    sqlite3 *database = nullptr;
+    if (sqlite3_open(qPrintable(path), &database) != SQLITE_OK
+        || sqlite3_exec(database, statement.toUtf8().constData(), appendRow, &rows, nullptr)
+            != SQLITE_OK)
+        rows.append(QString::fromUtf8(sqlite3_errmsg(database)));
+    sqlite3_close(database);
     return rows;
 }
+
+/// Another program's connection, on which `statements` were run.
+SqliteConnection otherProgram(const QString &path, const char *statements)
+{
+    auto opened = SqliteConnection::open(path, SqliteConnection::Access::readWrite);
+    auto *connection = std::get_if<SqliteConnection>(&opened);
+    if (!connection)
+        qFatal("The database cannot be opened");
+    if (const auto error = connection->execute(statements))
+        qFatal("%s", qPrintable(error->description));
+    return std::move(*connection);
+}
+
+constexpr auto unfinishedReading = "BEGIN; SELECT value FROM preferences";
 
 /// A user without the powers of root, for whom the modes of files hold.
 class OrdinaryUser
@@ -167,33 +187,6 @@ public:
     inline static std::atomic<bool> isBroken = false;
 };
 
-/// Another program that holds the database for itself, with a commit still in its log.
-class Holder
-{
-public:
-    explicit Holder(const QString &path)
-    {
-        QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"holder"_s);
-        database.setDatabaseName(path);
-        if (!database.open())
-            qFatal("The database cannot be held");
-        for (const QString &statement :
-             {u"PRAGMA locking_mode=EXCLUSIVE"_s,
-              u"INSERT INTO preferences VALUES('holder', 'was here')"_s}) {
-            QSqlQuery query(database);
-            if (!query.exec(statement))
-                qFatal("%s", qPrintable(query.lastError().text()));
-        }
-    }
-    ~Holder()
-    {
-        QSqlDatabase::database(u"holder"_s).close();
-        QSqlDatabase::removeDatabase(u"holder"_s);
-    }
-    Holder(const Holder &) = delete;
-    Holder &operator=(const Holder &) = delete;
-};
-
 } // namespace
 
 /// Takes the place of the C library's function for SQLite too.
@@ -224,6 +217,7 @@ private Q_SLOTS:
     void aWrongStorageClassIsAbsent_data();
     void aWrongStorageClassIsAbsent();
     void livesInTheUsersDataFolder();
+    void ignoresARelativeDataFolder();
 
     void belongsToTheUserAlone_data();
     void belongsToTheUserAlone();
@@ -235,21 +229,44 @@ private Q_SLOTS:
     void movesAMalformedFileAside();
     void movesALaterDamageAside();
     void keepsAMovedFileUntilTheHistoryIsCleared();
-    void keepsStringsWhenTheFileVanishes();
+    void losesNothingToAnotherProgram_data();
+    void losesNothingToAnotherProgram();
+    void keepsItsLogFromAnotherDatabase();
+    void noticesAFileReplacedWhileItCommits();
+    void givesUpOnAFileReplacedOverAndOver();
+    void waitsUntilTheNewcomerCanBeMoved();
+    void takesAnotherProgramsCommitForNoDamage_data();
+    void takesAnotherProgramsCommitForNoDamage();
+    void writesStringsAnewAfterDamageToTheHistory();
+    void believesNoSizeBeyondTheFile();
     void readsAfterAKilledProgram();
 
     void survivesAFolderThatCannotBeMade();
-    void survivesAFolderInPlaceOfTheFile();
+    void survivesSomethingElseInPlaceOfTheFile_data();
+    void survivesSomethingElseInPlaceOfTheFile();
     void survivesAFullDisk();
     void survivesAReadOnlyFolder();
     void survivesAReaderThatHoldsOn();
     void keepsWhatItCannotRead_data();
     void keepsWhatItCannotRead();
+    void mergesWithAReadableFilePutInPlace();
+    void mergesWithAFilePutInPlaceOfAHistoryNotRead();
 
 private:
     QStringList filesAside() const
     {
-        return QDir(m_data).entryList({u"preferences.sqlite.corrupt-*"_s}, QDir::Files);
+        return QDir(m_data).entryList({u"preferences.sqlite.corrupt-*"_s},
+                                      QDir::AllEntries | QDir::Hidden | QDir::System);
+    }
+
+    /// An older state of the database, which somebody keeps elsewhere.
+    QString makeBackup() const
+    {
+        const QString path = m_folder->filePath(u"backup/preferences.sqlite"_s);
+        const auto store = openStore(path);
+        store->setString(u"identifier"_s, u"aulora-0"_s);
+        store->setData(u"history"_s, constant("old"));
+        return path;
     }
 
     std::unique_ptr<QTemporaryDir> m_folder;
@@ -326,6 +343,21 @@ void SqlitePreferenceBackendTest::livesInTheUsersDataFolder()
     QCOMPARE(query(folder + u"/preferences.sqlite"_s, u"SELECT value FROM preferences"_s),
              QStringList(u"1"_s));
     QCOMPARE(mode(folder), 0700);
+}
+
+void SqlitePreferenceBackendTest::ignoresARelativeDataFolder()
+{
+#ifdef Q_OS_MACOS
+    QSKIP("macOS has no XDG_DATA_HOME");
+#endif
+    const QByteArray original = qgetenv("XDG_DATA_HOME");
+    QStringList folders;
+    for (const char *relative : {"", "data", "./data", "../data", "~/data"}) {
+        qputenv("XDG_DATA_HOME", relative);
+        folders.append(userDataFolder());
+    }
+    qputenv("XDG_DATA_HOME", original);
+    QCOMPARE(folders, QStringList(5, QDir::homePath() + u"/.local/share/aulora-ia"_s));
 }
 
 void SqlitePreferenceBackendTest::belongsToTheUserAlone_data()
@@ -499,19 +531,281 @@ void SqlitePreferenceBackendTest::keepsAMovedFileUntilTheHistoryIsCleared()
     QCOMPARE(store->data(u"history"_s), "[]");
 }
 
-void SqlitePreferenceBackendTest::keepsStringsWhenTheFileVanishes()
+void SqlitePreferenceBackendTest::losesNothingToAnotherProgram_data()
 {
+    using Fault = std::function<void(const QString &path, const QString &backup)>;
+    QTest::addColumn<Fault>("fault");
+    QTest::addColumn<int>("aside");
+    const auto row = [](const char *name, int aside, const Fault &fault) {
+        QTest::newRow(name) << fault << aside;
+    };
+    const auto remove = [](const QString &path) { QVERIFY(QFile::remove(path)); };
+    const auto rename = [](const QString &from, const QString &to) {
+        QCOMPARE(std::rename(qPrintable(from), qPrintable(to)), 0);
+    };
+
+    row("an older database renamed over it", 1,
+        [=](const QString &path, const QString &backup) { rename(backup, path); });
+    row("an older database copied over it", 1, [](const QString &path, const QString &backup) {
+        QFile::resize(path, 0);
+        overwrite(path, 0, contents(backup));
+    });
+    row("an older database with a log", 2, [=](const QString &path, const QString &backup) {
+        const SqliteConnection reader = otherProgram(backup, unfinishedReading);
+        query(backup, u"INSERT INTO preferences VALUES('later', 'in the log')"_s);
+        QVERIFY(QFile(backup + u"-wal"_s).size() > 0);
+        for (const QString &suffix : {QString(), u"-wal"_s}) {
+            QVERIFY(QFile::copy(backup + suffix, path + u".copy"_s));
+            rename(path + u".copy"_s, path + suffix);
+        }
+    });
+    row("deleted", 0, [=](const QString &path, const QString &) { remove(path); });
+    row("deleted with its log", 0, [=](const QString &path, const QString &) {
+        for (const QString &suffix : {QString(), u"-wal"_s, u"-shm"_s})
+            remove(path + suffix);
+    });
+    row("moved away", 0, [=](const QString &path, const QString &backup) { rename(path, backup); });
+    row("folder deleted", 0, [](const QString &path, const QString &) {
+        QVERIFY(QFileInfo(path).dir().removeRecursively());
+    });
+    row("folder renamed", 0, [=](const QString &path, const QString &) {
+        rename(QFileInfo(path).path(), QFileInfo(path).path() + u".old"_s);
+    });
+    row("folder replaced", 1, [=](const QString &path, const QString &backup) {
+        rename(QFileInfo(path).path(), QFileInfo(path).path() + u".old"_s);
+        rename(QFileInfo(backup).path(), QFileInfo(path).path());
+    });
+    row("a text in its place", 1, [=](const QString &path, const QString &) {
+        remove(path);
+        overwrite(path, 0, "This is a text.");
+    });
+    row("emptied", 1, [](const QString &path, const QString &) { QFile::resize(path, 0); });
+    row("cut off", 1,
+        [](const QString &path, const QString &) { QFile::resize(path, QFile(path).size() / 2); });
+    row("overwritten", 1, [](const QString &path, const QString &) {
+        overwrite(path, 0, randomBytes(QFile(path).size()));
+    });
+    row("overwritten within the history", 1,
+        [](const QString &path, const QString &) { overwrite(path, 200'000, randomBytes(100)); });
+    row("a folder in its place", 1, [=](const QString &path, const QString &backup) {
+        remove(path);
+        QVERIFY(QDir().mkpath(path));
+        rename(backup, path + u"/preferences.sqlite"_s);
+    });
+    row("a FIFO in its place", 1, [=](const QString &path, const QString &) {
+        remove(path);
+        QCOMPARE(mkfifo(qPrintable(path), 0600), 0);
+    });
+    row("a link to another database", 0, [=](const QString &path, const QString &backup) {
+        remove(path);
+        QVERIFY(QFile::link(backup, path));
+    });
+    row("a link to a folder", 1, [=](const QString &path, const QString &backup) {
+        remove(path);
+        QVERIFY(QFile::link(QFileInfo(backup).path(), path));
+    });
+    row("a link to nothing", 0, [=](const QString &path, const QString &backup) {
+        remove(path);
+        QVERIFY(QFile::link(backup + u".none"_s, path));
+    });
+    row("a link to itself", 1, [=](const QString &path, const QString &) {
+        remove(path);
+        QVERIFY(QFile::link(path, path));
+    });
+}
+
+void SqlitePreferenceBackendTest::losesNothingToAnotherProgram()
+{
+    QFETCH(std::function<void(const QString &path, const QString &backup)>, fault);
+    QFETCH(int, aside);
+    const QByteArray history = randomBytes(300'000);
+    const QString backup = makeBackup();
     const auto store = openStore(m_path);
+    const QSignalSpy repairs(store.get(), &PreferenceStore::repairedWhileCommitting);
+    const QSignalSpy failures(store.get(), &PreferenceStore::commitFailed);
     store->setString(u"identifier"_s, u"aulora-1"_s);
     store->setBoolean(u"flag"_s, false);
+    store->setData(u"history"_s, constant(history));
     QVERIFY(store->flush());
-    QVERIFY(QDir(m_data).removeRecursively());
+    QCOMPARE(repairs.size(), 0);
+
+    fault(m_path, backup);
+    store->setString(u"text"_s, u"after"_s);
+    QVERIFY(store->flush());
+    QCOMPARE(repairs.size(), 1);
+    QVERIFY(!repairs.first().first().toString().isEmpty());
+    QCOMPARE(filesAside().size(), aside);
+    store->setString(u"text"_s, u"later"_s);
+    QVERIFY(store->flush());
+    QCOMPARE(repairs.size(), 1);
+    QCOMPARE(failures.size(), 0);
+    QCOMPARE(query(m_path, u"PRAGMA integrity_check"_s), QStringList(u"ok"_s));
+    QCOMPARE(mode(m_data), 0700);
+    QCOMPARE(mode(m_path), 0600);
+    {
+        const auto next = openStore(m_path);
+        QCOMPARE(next->string(u"identifier"_s), u"aulora-1"_s);
+        QCOMPARE(next->string(u"text"_s), u"later"_s);
+        QCOMPARE(next->boolean(u"flag"_s), false);
+        QCOMPARE(next->data(u"history"_s), history);
+    }
+
+    store->remove(u"history"_s);
     store->setData(u"history"_s, constant("[]"));
     QVERIFY(store->flush());
+    QCOMPARE(filesAside(), QStringList());
+    QVERIFY(QFileInfo(backup).dir().entryList({u"*corrupt*"_s}).isEmpty());
+    QCOMPARE(openStore(m_path)->string(u"identifier"_s), u"aulora-1"_s);
+}
+
+void SqlitePreferenceBackendTest::keepsItsLogFromAnotherDatabase()
+{
+    const QString backup = makeBackup();
+    const auto store = openStore(m_path);
+    store->setData(u"history"_s, constant("first"));
+    QVERIFY(store->flush());
+    {
+        const SqliteConnection reader = otherProgram(m_path, unfinishedReading);
+        store->setData(u"history"_s, constant("second"));
+        QVERIFY(!store->flush());
+        QVERIFY(QFile(m_path + u"-wal"_s).size() > 0);
+        QCOMPARE(std::rename(qPrintable(backup), qPrintable(m_path)), 0);
+    }
+    QVERIFY(store->flush());
+    QCOMPARE(filesAside().size(), 1);
+    QCOMPARE(openStore(m_data + u'/' + filesAside().first())->data(u"history"_s), "old");
+    QCOMPARE(openStore(m_path)->data(u"history"_s), "second");
+}
+
+void SqlitePreferenceBackendTest::noticesAFileReplacedWhileItCommits()
+{
+    const QString backup = makeBackup();
+    const auto store = openStore(m_path);
+    const QSignalSpy repairs(store.get(), &PreferenceStore::repairedWhileCommitting);
+    int evaluations = 0;
+    // The second evaluation is that of a database begun anew, which is open by then.
+    store->setData(u"history"_s, [&] {
+        if (++evaluations == 2)
+            std::rename(qPrintable(backup), qPrintable(m_path));
+        return QByteArray("kept");
+    });
+    QVERIFY(store->flush());
+    QVERIFY(QFile::remove(m_path));
+    store->setString(u"text"_s, u"after"_s);
+    QVERIFY(store->flush());
+    QCOMPARE(evaluations, 3);
+    QCOMPARE(repairs.size(), 2);
+    QCOMPARE(filesAside().size(), 1);
     const auto next = openStore(m_path);
-    QCOMPARE(next->string(u"identifier"_s), u"aulora-1"_s);
-    QCOMPARE(next->boolean(u"flag"_s), false);
-    QCOMPARE(next->data(u"history"_s), "[]");
+    QCOMPARE(next->data(u"history"_s), "kept");
+    QCOMPARE(next->string(u"text"_s), u"after"_s);
+}
+
+void SqlitePreferenceBackendTest::givesUpOnAFileReplacedOverAndOver()
+{
+    const auto store = openStore(m_path);
+    const QSignalSpy failures(store.get(), &PreferenceStore::commitFailed);
+    bool isDisturbed = true;
+    store->setData(u"history"_s, [&] {
+        if (isDisturbed)
+            QFile::remove(m_path);
+        return QByteArray("kept");
+    });
+    QVERIFY(store->flush());
+    QVERIFY(QFile::remove(m_path));
+    store->setString(u"text"_s, u"after"_s);
+    QVERIFY(!store->flush());
+    QCOMPARE(failures.size(), 1);
+    isDisturbed = false;
+    QVERIFY(store->flush());
+    const auto next = openStore(m_path);
+    QCOMPARE(next->data(u"history"_s), "kept");
+    QCOMPARE(next->string(u"text"_s), u"after"_s);
+}
+
+void SqlitePreferenceBackendTest::waitsUntilTheNewcomerCanBeMoved()
+{
+    const OrdinaryUser user(m_folder->path());
+    QVERIFY(user.isOrdinary());
+    const QString backup = makeBackup();
+    const QByteArray newcomer = contents(backup);
+    const auto store = openStore(m_path);
+    const QSignalSpy failures(store.get(), &PreferenceStore::commitFailed);
+    store->setData(u"history"_s, constant("new"));
+    QVERIFY(store->flush());
+    QCOMPARE(std::rename(qPrintable(backup), qPrintable(m_path)), 0);
+    {
+        const Mode readOnly(m_data, 0500);
+        store->setString(u"text"_s, u"after"_s);
+        QVERIFY(!store->flush());
+        QVERIFY(!store->flush());
+        QCOMPARE(failures.size(), 1);
+        QCOMPARE(contents(m_path), newcomer);
+    }
+    QVERIFY(store->flush());
+    QCOMPARE(contents(m_data + u'/' + filesAside().first()), newcomer);
+    const auto next = openStore(m_path);
+    QCOMPARE(next->data(u"history"_s), "new");
+    QCOMPARE(next->string(u"text"_s), u"after"_s);
+}
+
+void SqlitePreferenceBackendTest::takesAnotherProgramsCommitForNoDamage_data()
+{
+    QTest::addColumn<QString>("statements");
+    const QString insertion = u"INSERT INTO preferences VALUES('other', 'theirs')"_s;
+    QTest::newRow("in the log") << insertion;
+    QTest::newRow("in the database") << insertion + u"; PRAGMA wal_checkpoint(TRUNCATE)"_s;
+}
+
+void SqlitePreferenceBackendTest::takesAnotherProgramsCommitForNoDamage()
+{
+    QFETCH(QString, statements);
+    const auto store = openStore(m_path);
+    const QSignalSpy repairs(store.get(), &PreferenceStore::repairedWhileCommitting);
+    store->setString(u"text"_s, u"before"_s);
+    QVERIFY(store->flush());
+    query(m_path, statements);
+    store->setString(u"text"_s, u"after"_s);
+    QVERIFY(store->flush());
+    QCOMPARE(repairs.size(), 0);
+    QCOMPARE(query(m_path, u"SELECT value FROM preferences ORDER BY key"_s),
+             QStringList({u"theirs"_s, u"after"_s}));
+}
+
+void SqlitePreferenceBackendTest::writesStringsAnewAfterDamageToTheHistory()
+{
+    {
+        const auto store = openStore(m_path);
+        store->setString(u"identifier"_s, u"aulora-1"_s);
+        store->setData(u"history"_s, constant(randomBytes(300'000)));
+    }
+    // Where the second page of the history tells which one is next.
+    constexpr qint64 pageSize = 65'536;
+    overwrite(m_path, 4 * pageSize, QByteArray(4, '\xFF'));
+    const auto store = openStore(m_path);
+    const QSignalSpy repairs(store.get(), &PreferenceStore::repairedWhileReading);
+    QCOMPARE(store->data(u"history"_s), std::nullopt);
+    // Without anything being set.
+    QVERIFY(store->flush());
+    QCOMPARE(repairs.size(), 1);
+    QCOMPARE(filesAside().size(), 1);
+    QCOMPARE(openStore(m_path)->string(u"identifier"_s), u"aulora-1"_s);
+}
+
+void SqlitePreferenceBackendTest::believesNoSizeBeyondTheFile()
+{
+    {
+        const auto store = openStore(m_path);
+        store->setData(u"history"_s, constant(randomBytes(20'000)));
+    }
+    // The record's header: its own length, the type of "history" as text, that of the value.
+    const QByteArray file = contents(m_path);
+    const QByteArray header("\x05\x1B\x82\xB8\x4C", 5);
+    QCOMPARE(file.count(header), 1);
+    overwrite(m_path, file.indexOf(header) + 2, QByteArray("\xFF\xFF\x4C", 3));
+    const auto store = openStore(m_path);
+    QCOMPARE(store->data(u"history"_s), std::nullopt);
+    QCOMPARE(filesAside().size(), 1);
 }
 
 void SqlitePreferenceBackendTest::readsAfterAKilledProgram()
@@ -523,21 +817,13 @@ void SqlitePreferenceBackendTest::readsAfterAKilledProgram()
         store->setData(u"history"_s, constant("[]"));
         QVERIFY(store->flush());
         // Another program's unfinished reading keeps the newest commit in the log.
-        QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"reader"_s);
-        database.setDatabaseName(m_path);
-        QVERIFY(database.open());
-        QVERIFY(database.transaction());
-        QSqlQuery reading(u"SELECT value FROM preferences"_s, database);
-        QVERIFY(reading.next());
+        const SqliteConnection reader = otherProgram(m_path, unfinishedReading);
         store->setData(u"history"_s, constant(history));
         store->flush();
         QVERIFY(QDir().mkpath(copy));
         for (const QString &name : {u"preferences.sqlite"_s, u"preferences.sqlite-wal"_s})
             QVERIFY(QFile::copy(m_data + u'/' + name, copy + u'/' + name));
-        reading.finish();
-        database.close();
     }
-    QSqlDatabase::removeDatabase(u"reader"_s);
     QVERIFY(QFile(copy + u"/preferences.sqlite-wal"_s).size() > history.size());
     QCOMPARE(openStore(copy + u"/preferences.sqlite"_s)->data(u"history"_s), history);
 }
@@ -560,17 +846,31 @@ void SqlitePreferenceBackendTest::survivesAFolderThatCannotBeMade()
     QCOMPARE(openStore(m_path)->data(u"history"_s), "[]");
 }
 
-void SqlitePreferenceBackendTest::survivesAFolderInPlaceOfTheFile()
+void SqlitePreferenceBackendTest::survivesSomethingElseInPlaceOfTheFile_data()
 {
-    QVERIFY(QDir().mkpath(m_path));
+    using Obstacle = std::function<void(const QString &path)>;
+    QTest::addColumn<Obstacle>("obstacle");
+    QTest::newRow("folder") << Obstacle([](const QString &path) { QVERIFY(QDir().mkpath(path)); });
+    QTest::newRow("FIFO") << Obstacle([](const QString &path) {
+        QVERIFY(QDir().mkpath(QFileInfo(path).path()));
+        QCOMPARE(mkfifo(qPrintable(path), 0600), 0);
+    });
+}
+
+void SqlitePreferenceBackendTest::survivesSomethingElseInPlaceOfTheFile()
+{
+    QFETCH(std::function<void(const QString &path)>, obstacle);
+    obstacle(m_path);
     const auto store = openStore(m_path);
     const QSignalSpy failures(store.get(), &PreferenceStore::commitFailed);
     QCOMPARE(store->data(u"history"_s), std::nullopt);
+    QVERIFY(store->readFailure());
     store->setData(u"history"_s, constant("[]"));
     QVERIFY(!store->flush());
     QCOMPARE(failures.size(), 1);
     QVERIFY(!failures.first().first().toString().isEmpty());
-    QVERIFY(QDir().rmdir(m_path));
+    QCOMPARE(filesAside(), QStringList());
+    QCOMPARE(std::remove(qPrintable(m_path)), 0);
     QVERIFY(store->flush());
     QCOMPARE(openStore(m_path)->data(u"history"_s), "[]");
 }
@@ -632,20 +932,11 @@ void SqlitePreferenceBackendTest::survivesAReaderThatHoldsOn()
     store->setData(u"history"_s, constant("first"));
     QVERIFY(store->flush());
     {
-        QSqlDatabase database = QSqlDatabase::addDatabase(u"QSQLITE"_s, u"reader"_s);
-        database.setDatabaseName(m_path);
-        QVERIFY(database.open());
-        QVERIFY(database.transaction());
-        QSqlQuery reading(u"SELECT value FROM preferences"_s, database);
-        QVERIFY(reading.next());
+        const SqliteConnection reader = otherProgram(m_path, unfinishedReading);
         store->setData(u"history"_s, constant("second"));
         QVERIFY(!store->flush());
         QCOMPARE(store->data(u"history"_s), "second");
-        reading.finish();
-        QVERIFY(database.rollback());
-        database.close();
     }
-    QSqlDatabase::removeDatabase(u"reader"_s);
     QVERIFY(store->flush());
     QCOMPARE(contents(m_path + u"-wal"_s), "");
     QCOMPARE(openStore(m_path)->data(u"history"_s), "second");
@@ -659,8 +950,12 @@ void SqlitePreferenceBackendTest::keepsWhatItCannotRead_data()
         << Fault([](const QString &path) { return std::make_shared<Mode>(path, 0); });
     QTest::newRow("folder without rights") << Fault(
         [](const QString &path) { return std::make_shared<Mode>(QFileInfo(path).path(), 0); });
-    QTest::newRow("held by another program")
-        << Fault([](const QString &path) { return std::make_shared<Holder>(path); });
+    QTest::newRow("held by another program") << Fault([](const QString &path) {
+        return std::make_shared<SqliteConnection>(
+            otherProgram(path,
+                         "PRAGMA locking_mode=EXCLUSIVE;"
+                         "INSERT INTO preferences VALUES('holder', 'was here')"));
+    });
     QTest::newRow("disk that cannot be read")
         << Fault([](const QString &) { return std::make_shared<BrokenDisk>(); });
 }
@@ -698,6 +993,54 @@ void SqlitePreferenceBackendTest::keepsWhatItCannotRead()
     const auto store = openStore(m_path);
     QCOMPARE(store->string(u"identifier"_s), u"aulora-1"_s);
     QCOMPARE(store->data(u"history"_s), "begun" + history);
+}
+
+void SqlitePreferenceBackendTest::mergesWithAReadableFilePutInPlace()
+{
+    const OrdinaryUser user(m_folder->path());
+    QVERIFY(user.isOrdinary());
+    const QString backup = makeBackup();
+    QVERIFY(openStore(m_path)->flush());
+    QCOMPARE(chmod(qPrintable(m_path), 0), 0);
+    const auto store = openStore(m_path);
+    store->setMerge(u"history"_s,
+                    [](const QByteArray &set, const QByteArray &stored) { return set + stored; });
+    QCOMPARE(store->data(u"history"_s), std::nullopt);
+    QVERIFY(store->readFailure());
+    store->setData(u"history"_s, constant("begun, "));
+    QCOMPARE(std::rename(qPrintable(backup), qPrintable(m_path)), 0);
+    QVERIFY(store->flush());
+    QCOMPARE(filesAside(), QStringList());
+    const auto next = openStore(m_path);
+    QCOMPARE(next->string(u"identifier"_s), u"aulora-0"_s);
+    QCOMPARE(next->data(u"history"_s), "begun, old");
+}
+
+void SqlitePreferenceBackendTest::mergesWithAFilePutInPlaceOfAHistoryNotRead()
+{
+    const QString backup = makeBackup();
+    {
+        const auto store = openStore(m_path);
+        store->setString(u"identifier"_s, u"aulora-1"_s);
+        store->setData(u"history"_s, constant(randomBytes(300'000)));
+    }
+    const auto store = openStore(m_path);
+    store->setMerge(u"history"_s,
+                    [](const QByteArray &set, const QByteArray &stored) { return set + stored; });
+    QCOMPARE(store->string(u"identifier"_s), u"aulora-1"_s);
+    {
+        const BrokenDisk broken;
+        QCOMPARE(store->data(u"history"_s), std::nullopt);
+        QVERIFY(store->readFailure());
+    }
+    QCOMPARE(filesAside(), QStringList());
+    QCOMPARE(std::rename(qPrintable(backup), qPrintable(m_path)), 0);
+    store->setData(u"history"_s, constant("begun, "));
+    QVERIFY(store->flush());
+    QCOMPARE(filesAside().size(), 1);
+    const auto next = openStore(m_path);
+    QCOMPARE(next->string(u"identifier"_s), u"aulora-1"_s);
+    QCOMPARE(next->data(u"history"_s), "begun, old");
 }
 
 QTEST_GUILESS_MAIN(SqlitePreferenceBackendTest)
