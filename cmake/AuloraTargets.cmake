@@ -8,7 +8,10 @@ if(AULORA_CCACHE)
 endif()
 
 add_library(aulora_options INTERFACE)
-target_compile_options(aulora_options INTERFACE -Wall -Wextra -Wpedantic -Werror)
+target_compile_options(aulora_options INTERFACE -Wall -Wextra -Wpedantic)
+if(AULORA_WARNINGS_AS_ERRORS)
+  target_compile_options(aulora_options INTERFACE -Werror)
+endif()
 target_compile_definitions(
   aulora_options
   INTERFACE QT_NO_CAST_FROM_ASCII QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS

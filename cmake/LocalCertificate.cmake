@@ -2,7 +2,6 @@
 # anchor that the program carries for it.
 include_guard()
 
-find_program(OPENSSL_PROGRAM openssl REQUIRED)
 set(AULORA_LOCAL_CERTIFICATE ${CMAKE_BINARY_DIR}/certificate/localhost.pem)
 set(AULORA_LOCAL_KEY ${CMAKE_BINARY_DIR}/certificate/localhost.key)
 set(AULORA_SERVICE_CA_FILE ${AULORA_LOCAL_CERTIFICATE} CACHE STRING

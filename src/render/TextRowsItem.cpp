@@ -183,7 +183,7 @@ VerticalBand TextRowsItem::nearBand() const
 {
     if (!m_slot)
         return {0, implicitHeight()};
-    const double offset = mapFromItem(m_slot, {}).y();
+    const double offset = mapFromItem(m_slot, QPointF()).y();
     const VerticalBand band = m_slot->nearBand();
     return {band.top + offset, band.bottom + offset};
 }

@@ -53,7 +53,7 @@ void ViewportTracker::updatePolish()
     // Until the column has placed its new slots they all lie on top of each other.
     if (std::exchange(m_awaitsLayout, false))
         QMetaObject::invokeMethod(m_content, "forceLayout");
-    const double top = m_content->mapFromItem(m_flickable, {}).y() - margin;
+    const double top = m_content->mapFromItem(m_flickable, QPointF()).y() - margin;
     const double bottom = top + m_flickable->height() + 2 * margin;
     const auto children = m_content->childItems();
     for (QQuickItem *child : children) {
