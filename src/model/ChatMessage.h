@@ -22,3 +22,6 @@ struct ChatMessage
 
     bool operator==(const ChatMessage &) const = default;
 };
+
+// QList then moves messages as bytes, which is safe for every field of theirs.
+Q_DECLARE_TYPEINFO(ChatMessage, Q_RELOCATABLE_TYPE);

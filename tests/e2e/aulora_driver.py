@@ -31,7 +31,9 @@ class Element:
 
     @property
     def role(self):
-        return self._accessible.get_role_name()
+        name = self._accessible.get_role_name()
+        # What AT-SPI before 2.54 calls it.
+        return "button" if name == "push button" else name
 
     @property
     def name(self):
@@ -90,7 +92,7 @@ class Element:
     def button(self, name):
         """The button with this name somewhere below."""
         return next(element for element in _descendants(self)
-                    if element.role == "push button" and element.name == name)
+                    if element.role == "button" and element.name == name)
 
     def children(self):
         for index in range(self._accessible.get_child_count()):
@@ -171,7 +173,7 @@ class Program:
         return wait_until(lambda: self.elements(role, name), f"the {role} {name!r}")[0]
 
     def button(self, name):
-        return self.element("push button", name)
+        return self.element("button", name)
 
     @property
     def composer(self):
@@ -260,7 +262,7 @@ class Program:
 
     def in_sheet(self, name):
         """A button of the settings sheet, whatever else has the same name behind it."""
-        return self.elements("push button", name)[-1]
+        return self.elements("button", name)[-1]
 
     def store(self, query):
         """Rows of the program's store, read without touching it."""

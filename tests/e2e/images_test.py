@@ -53,7 +53,7 @@ class ImagesTest(AuloraTestCase):
         program.wait_for(lambda: message in [e.name for e in program.tree()], message)
         alert.button("Aceptar").press()
         program.wait_for(lambda: not program.elements("dialog"), "the alert to go")
-        self.assertEqual(program.elements("push button", "Quitar imagen"), [])
+        self.assertEqual(program.elements("button", "Quitar imagen"), [])
 
     def assert_sent(self, request, data, mime_type, name, message=PROMPT):
         sent = request.json
@@ -75,7 +75,7 @@ class ImagesTest(AuloraTestCase):
         self.wait_for_chip(program)
         request = self.send_alone(program)
         self.assert_sent(request, data, "image/png", "célula.png")
-        program.wait_for(lambda: not program.elements("push button", "Quitar imagen"),
+        program.wait_for(lambda: not program.elements("button", "Quitar imagen"),
                          "the chip to go")
         request.answer("Un degradé.\n")
         program.wait_for_status("En línea")
@@ -83,12 +83,12 @@ class ImagesTest(AuloraTestCase):
 
         program.button("Ver imagen adjunta").press()
         program.button("Cerrar imagen").press()
-        program.wait_for(lambda: not program.elements("push button", "Cerrar imagen"),
+        program.wait_for(lambda: not program.elements("button", "Cerrar imagen"),
                          "the viewer to close")
         program.button("Ver imagen adjunta").click()
         program.button("Cerrar imagen")
         self.desktop.press("Escape")
-        program.wait_for(lambda: not program.elements("push button", "Cerrar imagen"),
+        program.wait_for(lambda: not program.elements("button", "Cerrar imagen"),
                          "the viewer to close")
 
         self.assertEqual(program.quit(), 0)
@@ -202,7 +202,7 @@ class ImagesTest(AuloraTestCase):
         request = self.assistant.next_request()
         program.wait_for_status("Procesando")
         self.drop(program, "text/uri-list", path, welcome=False)
-        self.assertEqual(program.elements("push button", "Quitar imagen"), [])
+        self.assertEqual(program.elements("button", "Quitar imagen"), [])
         request.answer("Listo.\n")
         program.wait_for_status("En línea")
         self.drop(program, "text/uri-list", path)
@@ -214,7 +214,7 @@ class ImagesTest(AuloraTestCase):
         self.drop(program, "text/uri-list", path)
         self.wait_for_chip(program)
         self.switch_analysis(program)
-        program.wait_for(lambda: not program.elements("push button", "Quitar imagen"),
+        program.wait_for(lambda: not program.elements("button", "Quitar imagen"),
                          "the pending image to go")
         self.drop(program, "text/uri-list", path, welcome=False)
         program.button("Adjuntar imagen").press()
@@ -229,7 +229,7 @@ class ImagesTest(AuloraTestCase):
         program.button("Configuración").press()
         program.element("check box", "Análisis de imágenes").press()
         program.button("Cerrar configuración").press()
-        program.wait_for(lambda: not program.elements("push button", "Cerrar configuración"),
+        program.wait_for(lambda: not program.elements("button", "Cerrar configuración"),
                          "the sheet to close")
 
     def test_thumbnails_off(self):
@@ -241,7 +241,7 @@ class ImagesTest(AuloraTestCase):
         program.button("Configuración").press()
         program.element("check box", "Mostrar miniaturas").press()
         program.button("Cerrar configuración").press()
-        program.wait_for(lambda: not program.elements("push button", "Ver imagen adjunta"),
+        program.wait_for(lambda: not program.elements("button", "Ver imagen adjunta"),
                          "the thumbnail to go")
 
 

@@ -6,22 +6,22 @@ import unittest
 from aulora_test_case import AuloraTestCase
 
 SIDEBAR = [("image", "Aulora IA"), ("label", "INTELIGENCIA MÉDICA EDUCATIVA"),
-           ("push button", "Nueva conversación"), ("label", "HISTORIAL"), ("label", "1"),
-           ("push button", "Borrar historial"), ("list", "Conversaciones")]
-SIDEBAR_FOOT = [("push button", "Configuración")]
+           ("button", "Nueva conversación"), ("label", "HISTORIAL"), ("label", "1"),
+           ("button", "Borrar historial"), ("list", "Conversaciones")]
+SIDEBAR_FOOT = [("button", "Configuración")]
 # The home screen is a little higher than the pane, which then is a stop of the keyboard.
 HOME = [("panel", "Conversación"), ("image", "Aulora IA"), ("label", "¿Qué querés estudiar hoy?"),
-        ("push button", "Biología Celular"), ("push button", "Histología"),
-        ("push button", "Embriología"), ("push button", "Genética"), ("push button", "Anatomía"),
-        ("push button", "Medicina Interna"), ("label", "HERRAMIENTAS DE ESTUDIO"),
-        ("push button", "Explicar"), ("push button", "Practicar"), ("push button", "Comparar"),
-        ("push button", "Razonar"), ("push button", "Casos Clínicos")]
-COMPOSER = [("push button", "Adjuntar imagen"), ("label", "Preguntale a Aulora IA..."),
-            ("text", "Mensaje"), ("push button", "Enviar"),
+        ("button", "Biología Celular"), ("button", "Histología"),
+        ("button", "Embriología"), ("button", "Genética"), ("button", "Anatomía"),
+        ("button", "Medicina Interna"), ("label", "HERRAMIENTAS DE ESTUDIO"),
+        ("button", "Explicar"), ("button", "Practicar"), ("button", "Comparar"),
+        ("button", "Razonar"), ("button", "Casos Clínicos")]
+COMPOSER = [("button", "Adjuntar imagen"), ("label", "Preguntale a Aulora IA..."),
+            ("text", "Mensaje"), ("button", "Enviar"),
             ("label", "Herramienta educativa. Verificá la información médica relevante."),
             ("label", "AULORA IA   ·   EDUCACIÓN MÉDICA   ·   2026"), ("label", "EQUIPO AULORA IA")]
 SETTINGS = [("label", "Configuración"), ("label", "Personalizá la experiencia de Aulora IA"),
-            ("push button", "Cerrar configuración"),
+            ("button", "Cerrar configuración"),
             ("label", "APARIENCIA"), ("label", "Elegí cómo querés visualizar la aplicación."),
             ("radio button", "Sistema"), ("radio button", "Claro"), ("radio button", "Oscuro"),
             ("label", "TEXTO DE LAS RESPUESTAS"),
@@ -30,7 +30,7 @@ SETTINGS = [("label", "Configuración"), ("label", "Personalizá la experiencia 
             ("label", "IMÁGENES"), ("label", "Controlá el análisis visual y la visualización."),
             ("check box", "Análisis de imágenes"), ("check box", "Mostrar miniaturas"),
             ("label", "HISTORIAL"), ("label", "Administrá las conversaciones guardadas."),
-            ("push button", "Borrar historial"),
+            ("button", "Borrar historial"),
             ("label", "ACERCA DE"), ("label", "Información de Aulora IA."), ("image", "Aulora IA"),
             ("label", "Inteligencia médica educativa orientada al aprendizaje, integración de "
              "contenidos y razonamiento médico.")]
@@ -39,7 +39,7 @@ SETTINGS_END = [("label", "EQUIPO AULORA IA"),
 ALERT = [("label", "¿Borrar historial?"),
          ("label", "Se eliminarán todas las conversaciones guardadas en este dispositivo. La memoria "
           "de Aulora IA en el servidor no se modificará."),
-         ("push button", "Borrar historial"), ("push button", "Cancelar")]
+         ("button", "Borrar historial"), ("button", "Cancelar")]
 
 
 # What is around the content, and what is there for a moment only.

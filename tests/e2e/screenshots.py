@@ -72,7 +72,7 @@ class Photographer:
             program.button("Configuración").press()
             program.element("radio button", "Oscuro").press()
             program.button("Cerrar configuración").press()
-            program.wait_for(lambda: not program.elements("push button", "Cerrar configuración"),
+            program.wait_for(lambda: not program.elements("button", "Cerrar configuración"),
                              "the sheet to close")
         return program
 
@@ -83,7 +83,7 @@ class Photographer:
         if size:
             DESKTOP.resize(program.window, *size)
             program.wait_for(lambda: DESKTOP.size(program.window) == size, f"the size {size}")
-        program.element("push button", "Genética")
+        program.element("button", "Genética")
         self.take(program, f"{name}-home")
 
         program.ask(QUESTION)

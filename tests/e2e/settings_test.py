@@ -46,7 +46,7 @@ class SettingsTest(AuloraTestCase):
                 program.element("check box", label).press()
                 self.wait_for_preference(program, key, value)
         program.button("Cerrar configuración").press()
-        program.wait_for(lambda: not program.elements("push button", "Cerrar configuración"),
+        program.wait_for(lambda: not program.elements("button", "Cerrar configuración"),
                          "the sheet to close")
 
     def test_scheme_changes_while_the_sheet_is_open(self):
@@ -88,7 +88,7 @@ class SettingsTest(AuloraTestCase):
         program.element("check box", "Mostrar miniaturas").press()
         self.wait_for_preference(program, "imagePreviews", 0)
         self.desktop.press("Escape")
-        program.wait_for(lambda: not program.elements("push button", "Cerrar configuración"),
+        program.wait_for(lambda: not program.elements("button", "Cerrar configuración"),
                          "the sheet to close")
         self.assertEqual(program.quit(), 0)
         again = self.start(program.home)
@@ -122,7 +122,7 @@ class SettingsTest(AuloraTestCase):
         self.open_settings(program)
         program.in_sheet("Borrar historial").press()
         program.confirm("¿Borrar historial?", "Cancelar")
-        self.assertEqual(program.elements("push button", "Cerrar configuración"), [])
+        self.assertEqual(program.elements("button", "Cerrar configuración"), [])
         program.wait_for_conversations(("uno", "2 mensajes", True))
         self.open_settings(program)
         program.in_sheet("Borrar historial").press()

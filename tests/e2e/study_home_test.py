@@ -47,7 +47,7 @@ class StudyHomeTest(AuloraTestCase):
         self.desktop.press("Return")
         self.assertEqual(self.assistant.next_request().json["message"],
                          "Quiero estudiar Genética. Herencia")
-        program.wait_for(lambda: not program.elements("push button", "Genética"),
+        program.wait_for(lambda: not program.elements("button", "Genética"),
                          "the home to go")
 
 

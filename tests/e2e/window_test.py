@@ -83,28 +83,28 @@ class WindowTest(AuloraTestCase):
         self.assistant.next_request().answer("Se puede.\n")
         program.wait_for_messages("solo con teclas", "Se puede.")
 
-        self.tab_to(program, "push button", "Nueva conversación")
+        self.tab_to(program, "button", "Nueva conversación")
         self.desktop.press("space")
         program.wait_for_conversations(("Nueva conversación", "0 mensajes", True),
                                        ("solo con teclas", "2 mensajes", False))
-        self.tab_to(program, "push button", "Configuración")
+        self.tab_to(program, "button", "Configuración")
         self.desktop.press("Return")
         program.button("Cerrar configuración")
         self.desktop.press("Escape")
         program.wait_for(lambda: program.button("Configuración").has("focused"),
                          "the keyboard to be given back")
 
-        self.tab_to(program, "push button", "Borrar historial")
+        self.tab_to(program, "button", "Borrar historial")
         self.desktop.press("space")
         program.wait_for(lambda: program.button("Cancelar").has("focused"), "the safe answer")
-        self.tab_to(program, "push button", "Borrar historial")
+        self.tab_to(program, "button", "Borrar historial")
         self.desktop.press("Return")
         program.wait_for_conversations(("Nueva conversación", "0 mensajes", True))
 
     def test_tab_goes_round_through_everything(self):
         program = self.start()
         program.write("algo que enviar")
-        wanted = {(element.role, element.name) for element in program.elements("push button")}
+        wanted = {(element.role, element.name) for element in program.elements("button")}
         passed = []
         for _ in range(3 * len(wanted)):
             self.desktop.press("Tab")

@@ -18,6 +18,23 @@ namespace {
 const QString appearanceGroup = u"org.freedesktop.appearance"_s;
 const QString colorSchemeKey = u"color-scheme"_s;
 
+/// What Qt itself knows. Before 6.5 it knows nothing, and since then nothing on a desktop that it
+/// has no theme for.
+std::optional<ColorScheme> hintedScheme()
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
+    switch (QGuiApplication::styleHints()->colorScheme()) {
+    case Qt::ColorScheme::Dark:
+        return ColorScheme::Dark;
+    case Qt::ColorScheme::Light:
+        return ColorScheme::Light;
+    case Qt::ColorScheme::Unknown:
+        break;
+    }
+#endif
+    return std::nullopt;
+}
+
 ColorScheme paletteScheme()
 {
     const QPalette palette = QGuiApplication::palette();
@@ -26,8 +43,6 @@ ColorScheme paletteScheme()
         ? ColorScheme::Dark
         : ColorScheme::Light;
 }
-
-#if QT_VERSION < QT_VERSION_CHECK(6, 5, 0)
 
 constexpr int portalTimeout = 100; // milliseconds, while the first frame waits
 
@@ -50,26 +65,16 @@ QDBusMessage readColorScheme()
     return message;
 }
 
-#endif
-
 } // namespace
 
 ColorSchemeSource::ColorSchemeSource(QObject *parent)
     : QObject(parent)
 {
-#if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
-    const auto takeHint = [this](Qt::ColorScheme scheme) {
-        if (scheme == Qt::ColorScheme::Unknown)
-            m_stated.reset();
-        else
-            m_stated = scheme == Qt::ColorScheme::Dark ? ColorScheme::Dark : ColorScheme::Light;
-        update();
-    };
-    connect(QGuiApplication::styleHints(), &QStyleHints::colorSchemeChanged, this, takeHint);
-    takeHint(QGuiApplication::styleHints()->colorScheme());
-#else
     if (sessionBusExists())
         connectToPortal();
+#if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)
+    connect(QGuiApplication::styleHints(), &QStyleHints::colorSchemeChanged, this,
+            &ColorSchemeSource::update);
 #endif
     update();
     qGuiApp->installEventFilter(this);
@@ -81,8 +86,6 @@ bool ColorSchemeSource::eventFilter(QObject *watched, QEvent *event)
         update();
     return QObject::eventFilter(watched, event);
 }
-
-#if QT_VERSION < QT_VERSION_CHECK(6, 5, 0)
 
 void ColorSchemeSource::connectToPortal()
 {
@@ -113,8 +116,6 @@ void ColorSchemeSource::askPortalLater()
         update();
     });
 }
-
-#endif
 
 void ColorSchemeSource::takeSetting(const QString &group, const QString &key,
                                     const QDBusVariant &value)
@@ -148,7 +149,8 @@ void ColorSchemeSource::takeValue(const QVariant &value)
 
 void ColorSchemeSource::update()
 {
-    const auto scheme = m_stated.value_or(paletteScheme());
+    const auto hinted = hintedScheme();
+    const auto scheme = m_stated ? *m_stated : hinted ? *hinted : paletteScheme();
     if (m_scheme == scheme)
         return;
     m_scheme = scheme;

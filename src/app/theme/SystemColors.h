@@ -6,7 +6,8 @@
 
 enum class ColorScheme { Light, Dark };
 
-/// The colours the platform gives an application, in one scheme.
+/// The colours the platform gives an application, in one scheme: the system's own on macOS, a table
+/// of the same names elsewhere.
 struct SystemColors
 {
     QColor primary; ///< text and symbols; translucent, so that it takes on what lies below
