@@ -6,6 +6,7 @@ Usage: installed_program.py FOLDER, where the files "upgrade" (the client is ope
 mapped into memory is left in "mapped-files", and what its window showed in "picture.png".
 """
 
+import base64
 import os
 import subprocess
 import sys
@@ -24,6 +25,14 @@ PROGRAM = "/usr/bin/aulora-ia"
 FIRST = "¿Qué es la mitosis y para qué sirve?"
 SECOND = "¿Qué es la meiosis?"
 WITH_IMAGE = "¿Qué ves en esta imagen?"
+# 64 × 64 pixels of one green, as a phone would write them.
+HEIC = base64.b64decode("""
+AAAAHGZ0eXBoZWljAAAAAG1pZjFoZWljbWlhZgAAAUJtZXRhAAAAAAAAACFoZGxyAAAAAAAAAABwaWN0AAAAAAAAAAAAAAAA
+AAAAAA5waXRtAAAAAAABAAAAImlsb2MAAAAAREAAAQABAAAAAAFmAAEAAAAAAAAAFQAAACNpaW5mAAAAAAABAAAAFWluZmUC
+AAAAAAEAAGh2YzEAAAAAwmlwcnAAAACkaXBjbwAAAHhodmNDAQNwAAAAAAAAAAAAHvAA/P34+AAADwMgAAEAGEABDAH//wNw
+AAADAJAAAAMAAAMAHroCQCEAAQArQgEBA3AAAAMAkAAAAwAAAwAeoCCBBZbqSSmubgQEDAgAAAMACAAAAwAIQCIAAQAHRAHB
+crAiQAAAABRpc3BlAAAAAAAAAEAAAABAAAAAEHBpeGkAAAAAAwgICAAAABZpcG1hAAAAAAAAAAEAAQOBAoMAAAAdbWRhdAAA
+ABEoAa8EGPx5OOv/8hh/3ok4sw==""")
 
 
 def step(text):
@@ -40,12 +49,17 @@ def reply_to(program, question):
     return reply
 
 
-def attach_image(program):
-    """Chooses an image in the toolkit's own file chooser: there is no other here."""
-    # WebP needs the additional image formats.
+def image_files():
+    """Images of two kinds that the toolkit reads with further plugins only, in the home folder."""
     subprocess.run(["convert", "-size", "60x40", "gradient:", str(HOME / "foto.webp")], check=True)
+    (HOME / "foto.heic").write_bytes(HEIC)
+    return ["foto.webp", "foto.heic"]
+
+
+def attach(program, name):
+    """Chooses an image in the toolkit's own file chooser: there is no other here."""
     program.button("Adjuntar imagen").press()
-    program.choose_file("foto.webp")
+    program.choose_file(name)
     program.button("Quitar imagen")
 
 
@@ -64,10 +78,12 @@ def main(folder):
     program.wait_for(program.conversations, "the list of conversations")
     first = reply_to(program, FIRST)
     step(f"the client asked and got an answer of {len(first.splitlines())} lines")
-    attach_image(program)
-    with_image = reply_to(program, WITH_IMAGE)
-    assert "WebP" in with_image, with_image
-    step("an image in WebP was chosen, sent and answered")
+    texts = [FIRST, first]
+    for name in image_files():
+        attach(program, name)
+        texts += [WITH_IMAGE, reply_to(program, WITH_IMAGE)]
+        assert "imagePreviewData" in program.history()[0]["messages"][-2], f"{name} has no preview"
+    step("images in WebP and HEIC were chosen, previewed, sent and answered")
     maps = Path(f"/proc/{program.process.pid}/maps").read_text()
     (folder / "mapped-files").write_text(
         "\n".join(sorted({line.split(maxsplit=5)[5] for line in maps.splitlines()
@@ -76,13 +92,14 @@ def main(folder):
     close(program)
 
     program = Program(DESKTOP, PROGRAM, HOME)
-    program.wait_for_messages(FIRST, first, WITH_IMAGE, with_image)
+    program.wait_for(lambda: program.messages()[-2:] == texts[-2:], "the last question and answer")
+    assert stored_texts(program) == texts, stored_texts(program)
     step("closed and opened again, the conversation is there")
 
     (folder / "upgrade").touch()
     wait_until((folder / "upgraded").exists, "the upgrade", timeout=120)
     second = reply_to(program, SECOND)
-    texts = [FIRST, first, WITH_IMAGE, with_image, SECOND, second]
+    texts += [SECOND, second]
     assert stored_texts(program) == texts, stored_texts(program)
     close(program)
     step("upgraded while it ran, the client asked, stored the answer and closed")
