@@ -58,19 +58,41 @@ def image_files():
 
 def attach(program, name):
     """Chooses an image in the toolkit's own file chooser: there is no other here."""
-    program.button("Adjuntar imagen").press()
+    program.button("Adjuntar imagen").click()
     program.choose_file(name)
     program.button("Quitar imagen")
 
 
-def stored_texts(program):
-    """The texts of the newest stored conversation, without blanks at their ends."""
-    return [message["text"].strip() for message in program.history()[0]["messages"]]
+def messages(history):
+    """The messages of the one conversation there is."""
+    assert len(history) == 1, history
+    return history[0]["messages"]
 
 
 def close(program):
+    """Closes the window as a person does; what the client then has stored."""
     assert program.quit() == 0, program.output
     assert not program.output, program.output
+    return program.history()
+
+
+def open_again(history, beginning):
+    """Opens the client on what it had stored: the whole conversation, and its beginning on the
+    screen."""
+    program = Program(DESKTOP, PROGRAM, HOME)
+    counts = [f"{len(messages(history))} mensajes"]
+    program.wait_for(lambda: [count for _, count, _ in program.conversations()] == counts,
+                     f"one conversation of {counts[0]}")
+    program.wait_for(lambda: program.messages()[:2] == beginning, "the first question and answer")
+    assert program.history() == history, program.history()
+    return program
+
+
+def write_mapped_files(program, path):
+    """Writes down the system's files that the program has loaded."""
+    lines = Path(f"/proc/{program.process.pid}/maps").read_text().splitlines()
+    files = {line.split(maxsplit=5)[5] for line in lines if "/usr/" in line}
+    path.write_text("".join(f"{file}\n" for file in sorted(files)))
 
 
 def main(folder):
@@ -78,37 +100,30 @@ def main(folder):
     program.wait_for(program.conversations, "the list of conversations")
     first = reply_to(program, FIRST)
     step(f"the client asked and got an answer of {len(first.splitlines())} lines")
-    texts = [FIRST, first]
+    program.picture(folder / "picture.png")
     for name in image_files():
         attach(program, name)
-        texts += [WITH_IMAGE, reply_to(program, WITH_IMAGE)]
-        assert "imagePreviewData" in program.history()[0]["messages"][-2], f"{name} has no preview"
+        reply_to(program, WITH_IMAGE)
+        question = messages(program.history())[-2]
+        assert question.get("imagePreviewData"), f"{name} has no preview"
     step("images in WebP and HEIC were chosen, previewed, sent and answered")
-    maps = Path(f"/proc/{program.process.pid}/maps").read_text()
-    (folder / "mapped-files").write_text(
-        "\n".join(sorted({line.split(maxsplit=5)[5] for line in maps.splitlines()
-                          if len(line.split()) > 5 and line.split()[5].startswith("/usr/")})))
-    program.picture(folder / "picture.png")
-    close(program)
+    write_mapped_files(program, folder / "mapped-files")
+    history = close(program)
+    assert len(messages(history)) == 6, history
 
-    program = Program(DESKTOP, PROGRAM, HOME)
-    program.wait_for(lambda: program.messages()[-2:] == texts[-2:], "the last question and answer")
-    assert stored_texts(program) == texts, stored_texts(program)
-    step("closed and opened again, the conversation is there")
+    program = open_again(history, [FIRST, first])
+    step("closed and opened again, the client has the conversation")
 
     (folder / "upgrade").touch()
     wait_until((folder / "upgraded").exists, "the upgrade", timeout=120)
-    second = reply_to(program, SECOND)
-    texts += [SECOND, second]
-    assert stored_texts(program) == texts, stored_texts(program)
-    close(program)
+    reply_to(program, SECOND)
+    longer = close(program)
+    assert messages(longer)[:-2] == messages(history), longer
+    assert messages(longer)[-2]["text"] == SECOND, longer
     step("upgraded while it ran, the client asked, stored the answer and closed")
 
-    program = Program(DESKTOP, PROGRAM, HOME)
-    program.wait_for(lambda: program.messages()[-2:] == [SECOND, second], "the last answer")
-    assert stored_texts(program) == texts, stored_texts(program)
-    close(program)
-    step("the upgraded client opened what the one before had stored")
+    close(open_again(longer, [FIRST, first]))
+    step("the upgraded client read all of it")
 
 
 if __name__ == "__main__":
