@@ -152,17 +152,26 @@ use_programs() {
     wait $assistant || fail "the assistant did not end well"
 }
 
-# Whatever the client had loaded came with it, not with the tools of this test.
+# Whatever the client had loaded came with it, not with the tools of this test. Left aside is what
+# the toolkit's window plug-in takes where it happens to be: cursors of a theme.
 check_dependencies() {
-    local file owner
+    local file owner count=0
+    : >"$work/missing"
     while read -r file; do
         # Debian 12 has /lib as another name of /usr/lib, and packages that say so.
-        owner=$(dpkg-query --search "$file" 2>/dev/null || dpkg-query --search "${file#/usr}" 2>/dev/null) ||
-            continue
+        owner=$(dpkg-query --search "$file" 2>/dev/null ||
+            dpkg-query --search "${file#/usr}" 2>/dev/null) || continue
         owner=${owner%%:*}
-        grep -qx "$owner" "$work/brought" || fail "$file was loaded from $owner, which nothing brings"
+        count=$((count + 1))
+        case $owner in libxcursor1 | libxrender1) continue ;; esac
+        grep -qx "$owner" "$work/brought" || echo "$file of $owner" >>"$work/missing"
     done < <(grep -E '\.so(\.|$)' "$work/student/mapped-files")
-    ok "all $(grep -cE '\.so(\.|$)' "$work/student/mapped-files") libraries that the client loaded came with it"
+    [ ! -s "$work/missing" ] || {
+        cat "$work/missing"
+        fail "the client loaded what nothing had brought"
+    }
+    [ "$count" -gt 50 ] || fail "the client's libraries were not found"
+    ok "the $count libraries that the client loaded came with it"
 }
 
 remove_packages() {
@@ -200,7 +209,7 @@ else
     for package in "$packages"/aulora-*.deb; do
         quietly higher_version "$package"
     done
-    unshare --net "$0" "$packages" "$host" without-network "$work"
+    unshare --net bash "$0" "$packages" "$host" without-network "$work"
     check_dependencies
     remove_packages
 fi
