@@ -72,3 +72,9 @@ void MyApp::raiseWindow()
         window->requestActivate();
     }
 }
+
+void MyApp::saveBeforeEnd()
+{
+    m_sendFlow.saveCutReply();
+    m_store->flush();
+}

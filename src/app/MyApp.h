@@ -29,6 +29,10 @@ public:
     /// Brings the window to the front.
     void raiseWindow();
 
+    /// Saves what would be lost with the process: a reply that is still growing, as it is shown,
+    /// and whatever is not on disk yet. Waits until it is there, or could not be written.
+    void saveBeforeEnd();
+
 private:
     std::unique_ptr<PreferenceStore> m_store;
     Preferences m_preferences;

@@ -1,55 +1,100 @@
 #include "SingleInstance.h"
 
 #include <QCryptographicHash>
+#include <QDeadlineTimer>
 #include <QDir>
+#include <QFile>
 #include <QLocalSocket>
+#include <QStandardPaths>
 
+#include <cerrno>
 #include <chrono>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <thread>
+#include <unistd.h>
 
 using namespace Qt::StringLiterals;
 using namespace std::chrono_literals;
 
 namespace {
 
-constexpr std::chrono::milliseconds connectTimeout = 2s;
+constexpr auto answerTimeout = 2s;
+/// How long one look at the socket takes, before the next at the lock.
+constexpr auto lookInterval = 50ms;
 
-/// A socket path may have about a hundred bytes, so the folder is named by its digest.
-QString serverNameForFolder(const QString &folder)
+/// A socket's path may have about a hundred bytes, so the data folder is named by its digest.
+QString socketPathFor(const QString &dataFolder)
 {
+    const QByteArray path = QDir(dataFolder).absolutePath().toUtf8();
     const QByteArray digest
-        = QCryptographicHash::hash(QDir(folder).absolutePath().toUtf8(), QCryptographicHash::Sha256)
-              .toHex()
-              .left(16);
-    return u"ar.aulora.AuloraIA-"_s + QString::fromLatin1(digest);
+        = QCryptographicHash::hash(path, QCryptographicHash::Sha256).toHex().left(16);
+    return QStandardPaths::writableLocation(QStandardPaths::RuntimeLocation) + u"/aulora-ia-"_s
+        + QString::fromLatin1(digest);
 }
 
 } // namespace
 
 SingleInstance::SingleInstance(const QString &folder, QObject *parent)
     : QObject(parent)
-    , m_serverName(serverNameForFolder(folder))
-    , m_lock(QDir(folder).filePath(u"instance.lock"_s))
+    , m_folder(folder)
+    , m_socketPath(socketPathFor(folder))
 {
-    QDir().mkpath(folder);
-    // Only a lock whose process has gone is stale, however old it is.
-    m_lock.setStaleLockTime(0);
-    m_isFirst = m_lock.tryLock(0) || m_lock.error() != QLockFile::LockFailedError;
-    if (!m_isFirst)
-        return;
-    // What a killed instance left behind would make listening fail.
-    QLocalServer::removeServer(m_serverName);
     m_server.setSocketOptions(QLocalServer::UserAccessOption);
     connect(&m_server, &QLocalServer::newConnection, this, [this] {
         while (QLocalSocket *launch = m_server.nextPendingConnection())
-            launch->deleteLater();
-        Q_EMIT raiseRequested();
+            answer(launch);
     });
-    m_server.listen(m_serverName);
 }
 
-void SingleInstance::raiseFirst() const
+SingleInstance::~SingleInstance()
 {
+    // The file stays: removed, it could be locked by two.
+    if (m_lockFile >= 0)
+        ::close(m_lockFile);
+}
+
+SingleInstance::Outcome SingleInstance::claim()
+{
+    QDir().mkpath(m_folder);
     QLocalSocket first;
-    first.connectToServer(m_serverName);
-    first.waitForConnected(int(connectTimeout.count()));
+    const QDeadlineTimer deadline(answerTimeout);
+    // The holder may end while it is waited for, or not listen yet.
+    do {
+        if (takeLock()) {
+            listen();
+            return Outcome::First;
+        }
+        if (first.state() == QLocalSocket::UnconnectedState)
+            first.connectToServer(m_socketPath);
+        if (first.state() == QLocalSocket::UnconnectedState)
+            std::this_thread::sleep_for(lookInterval);
+        else if (first.waitForReadyRead(int(lookInterval / 1ms)))
+            return Outcome::RaisedOther;
+    } while (!deadline.hasExpired());
+    return Outcome::NoAnswer;
+}
+
+bool SingleInstance::takeLock()
+{
+    if (m_lockFile < 0) {
+        const QByteArray path = QFile::encodeName(QDir(m_folder).filePath(u"instance.lock"_s));
+        m_lockFile = ::open(path.constData(), O_RDWR | O_CREAT | O_CLOEXEC | O_NONBLOCK, 0600);
+    }
+    return m_lockFile < 0 || ::flock(m_lockFile, LOCK_EX | LOCK_NB) == 0 || errno != EWOULDBLOCK;
+}
+
+void SingleInstance::listen()
+{
+    // What a killed instance left behind would make listening fail.
+    QLocalServer::removeServer(m_socketPath);
+    m_server.listen(m_socketPath);
+}
+
+void SingleInstance::answer(QLocalSocket *launch)
+{
+    connect(launch, &QLocalSocket::disconnected, launch, &QObject::deleteLater);
+    // Any byte will do: it says that this program's event loop runs.
+    launch->write("\n");
+    Q_EMIT raiseRequested();
 }

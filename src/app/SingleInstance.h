@@ -2,33 +2,51 @@
 #pragma once
 
 #include <QLocalServer>
-#include <QLockFile>
 #include <QObject>
 #include <QString>
 
+class QLocalSocket;
+
 /// One running program per user and data folder. Two would undo each other's saves, since each
 /// rewrites the whole history; so a second launch raises the first's window and leaves.
+///
+/// What says that another runs is a lock (`flock`) on the file `instance.lock` in that folder. The
+/// kernel gives it back when its holder dies, and nothing that the file contains counts. The
+/// holder is spoken to through a socket in the user's runtime folder.
 class SingleInstance : public QObject
 {
     Q_OBJECT
 
 public:
-    /// `folder` is where the program's data lives; it is made if need be. Where no lock can be
-    /// made, as in a read-only folder, the program counts as the first: nothing can be saved there.
+    enum class Outcome {
+        First, ///< this process holds the lock
+        RaisedOther, ///< another holds it, and has been asked to raise its window
+        NoAnswer, ///< another holds it, and has not answered: it was stopped, or hangs
+    };
+
+    /// `folder` is where the program's data lives.
     explicit SingleInstance(const QString &folder, QObject *parent = nullptr);
+    ~SingleInstance() override;
 
-    bool isFirst() const { return m_isFirst; }
+    SingleInstance(const SingleInstance &) = delete;
+    SingleInstance &operator=(const SingleInstance &) = delete;
 
-    /// Asks the first instance to raise its window. Gives up after two seconds.
-    void raiseFirst() const;
+    /// Takes the lock, or asks its holder to raise its window and waits for its answer or its end,
+    /// for two seconds at most. Makes the folder if need be. Where no lock can be made, as in a
+    /// read-only folder, the program counts as the first: nothing can be saved there.
+    Outcome claim();
 
 Q_SIGNALS:
     /// Another launch asked this first instance to show itself.
     void raiseRequested();
 
 private:
-    QString m_serverName;
-    QLockFile m_lock;
+    bool takeLock();
+    void listen();
+    void answer(QLocalSocket *launch);
+
+    QString m_folder;
+    QString m_socketPath;
+    int m_lockFile = -1;
     QLocalServer m_server;
-    bool m_isFirst = true;
 };

@@ -1,4 +1,5 @@
 #include "MyApp.h"
+#include "ProgramEnd.h"
 #include "SingleInstance.h"
 #include "UserPreferenceStore.h"
 
@@ -7,10 +8,30 @@
 #include <QQuickWindow>
 #include <QThreadPool>
 
+#include <cstdio>
+#include <cstdlib>
+
 using namespace Qt::StringLiterals;
+
+namespace {
+
+/// The running program, for when Qt ends the process by itself.
+MyApp *runningApp = nullptr;
+
+/// Qt calls exit() when the X server is gone, which leaves main() where it is.
+void saveAtExit()
+{
+    if (runningApp) {
+        limitTimeToEnd();
+        runningApp->saveBeforeEnd();
+    }
+}
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
+    quitOnTerminationSignals();
     QGuiApplication::setApplicationName(u"aulora-ia"_s);
     QGuiApplication::setApplicationDisplayName(u"Aulora IA"_s);
     QGuiApplication::setDesktopFileName(u"ar.aulora.AuloraIA"_s);
@@ -26,18 +47,31 @@ int main(int argc, char *argv[])
     QGuiApplication::addLibraryPath(QGuiApplication::applicationDirPath() + u"/../lib/aulora-ia"_s);
 
     SingleInstance instance(userDataFolder());
-    if (!instance.isFirst()) {
-        instance.raiseFirst();
-        return 0;
+    switch (instance.claim()) {
+    case SingleInstance::Outcome::First:
+        break;
+    case SingleInstance::Outcome::RaisedOther:
+        return EXIT_SUCCESS;
+    case SingleInstance::Outcome::NoAnswer:
+        std::fputs("Aulora IA ya está en marcha y no responde.\n", stderr);
+        return EXIT_FAILURE;
     }
 
     // The list of the machine's fonts takes long to read for the first time, and the first text
     // waits for it: it is read while the window is being made.
     QThreadPool::globalInstance()->start([] { QFontDatabase::families(); });
 
-    MyApp myApp(makeUserPreferenceStore());
-    QObject::connect(&instance, &SingleInstance::raiseRequested, &myApp, &MyApp::raiseWindow);
-    if (!myApp.start())
-        return 1;
-    return QGuiApplication::exec();
+    int status = EXIT_FAILURE;
+    {
+        MyApp myApp(makeUserPreferenceStore());
+        QObject::connect(&instance, &SingleInstance::raiseRequested, &myApp, &MyApp::raiseWindow);
+        runningApp = &myApp;
+        std::atexit(saveAtExit);
+        if (myApp.start())
+            status = QGuiApplication::exec();
+        limitTimeToEnd();
+        myApp.saveBeforeEnd();
+        runningApp = nullptr;
+    }
+    return status;
 }

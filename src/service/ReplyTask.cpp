@@ -29,8 +29,15 @@ void ReplyTask::appendLines(const QStringList &lines)
     }
 }
 
+void ReplyTask::saveAsShown()
+{
+    if (m_assistantMessageCreated && !m_hasEnded)
+        m_contentView->saveHistory();
+}
+
 void ReplyTask::finish()
 {
+    m_hasEnded = true;
     m_contentView->trimMessage(m_assistantMessageID, m_conversationID);
     m_contentView->setLoading(false);
     m_contentView->saveHistory();
@@ -38,6 +45,7 @@ void ReplyTask::finish()
 
 void ReplyTask::fail(const QString &description)
 {
+    m_hasEnded = true;
     m_contentView->appendAssistantNotice(u"No pude completar la respuesta de Aulora IA.\n\n"_s
                                          + description);
 }

@@ -26,10 +26,14 @@ public:
     void finish();
     /// The reply ends here: tells so in a message after what has arrived, which stays as it is.
     void fail(const QString &description);
+    /// Saves the history with as much of the reply as has arrived; does nothing before its first
+    /// line and after its end.
+    void saveAsShown();
 
 private:
     ContentView *m_contentView;
     QUuid m_assistantMessageID;
     QUuid m_conversationID;
     bool m_assistantMessageCreated = false;
+    bool m_hasEnded = false;
 };

@@ -60,6 +60,12 @@ void SendFlow::sendMessage()
     startExchange(*body, assistantMessageID, *conversationID);
 }
 
+void SendFlow::saveCutReply()
+{
+    if (m_replyTask)
+        m_replyTask->saveAsShown();
+}
+
 std::optional<ChatRequestImage> SendFlow::pendingImage() const
 {
     const std::optional<QByteArray> data = m_contentView->selectedImageData();
@@ -75,6 +81,7 @@ void SendFlow::startExchange(const ChatRequestBody &body, const QUuid &assistant
 {
     auto *exchange = new AssistantExchange(m_service, body, this);
     auto *task = new ReplyTask(m_contentView, assistantMessageID, conversationID, exchange);
+    m_replyTask = task;
     connect(exchange, &AssistantExchange::linesReceived, task, &ReplyTask::appendLines);
     connect(exchange, &AssistantExchange::finished, task, &ReplyTask::finish);
     connect(exchange, &AssistantExchange::failed, task, &ReplyTask::fail);

@@ -6,6 +6,7 @@
 #include <QByteArray>
 #include <QFuture>
 #include <QObject>
+#include <QPointer>
 #include <QSslConfiguration>
 #include <QUuid>
 #include <QtQml/qqmlregistration.h>
@@ -16,6 +17,7 @@
 class ChatRequestBody;
 class ContentView;
 class InstallationIdentity;
+class ReplyTask;
 
 /// What happens between the press of the send button and the finished, saved reply.
 class SendFlow : public QObject
@@ -36,6 +38,10 @@ public:
     /// does nothing when there is nothing to send or an exchange is under way.
     Q_INVOKABLE void sendMessage();
 
+    /// Saves the reply that the end of the program cuts, as it is shown: not trimmed, and without
+    /// a notice. Does nothing when none has begun to appear.
+    void saveCutReply();
+
 private:
     /// The image to be sent: none while image analysis is off, whatever the composer holds.
     std::optional<ChatRequestImage> pendingImage() const;
@@ -48,4 +54,6 @@ private:
     AssistantService m_service;
     /// Loaded at the first question, and off the main thread.
     QFuture<QSslConfiguration> m_tlsConfiguration;
+    /// The reply under way, if any.
+    QPointer<ReplyTask> m_replyTask;
 };

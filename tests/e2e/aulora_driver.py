@@ -138,6 +138,10 @@ class Program:
         """What the program has written to its standard output and standard error."""
         return self._log.read_text(errors="replace")
 
+    def forget_output(self):
+        """Leaves out of `output` what was written so far."""
+        self._log.write_bytes(b"")
+
     @property
     def window(self):
         """The id of the program's window, once it is there."""

@@ -1,0 +1,47 @@
+#include "ProgramEnd.h"
+
+#include <QCoreApplication>
+
+#include <chrono>
+#include <csignal>
+#include <cstdio>
+#include <cstdlib>
+#include <thread>
+
+using namespace std::chrono_literals;
+
+namespace {
+
+constexpr auto endTimeLimit = 5s;
+
+} // namespace
+
+void quitOnTerminationSignals()
+{
+    sigset_t signals;
+    sigemptyset(&signals);
+    for (const int signal : {SIGTERM, SIGINT, SIGHUP}) {
+        struct sigaction action = {};
+        sigaction(signal, nullptr, &action);
+        if (action.sa_handler != SIG_IGN)
+            sigaddset(&signals, signal);
+    }
+    // Blocked here and so in every thread that comes, they wait for the one that takes them.
+    pthread_sigmask(SIG_BLOCK, &signals, nullptr);
+    std::thread([signals] {
+        int signal = 0;
+        sigwait(&signals, &signal);
+        limitTimeToEnd();
+        QCoreApplication::quit();
+    }).detach();
+}
+
+void limitTimeToEnd()
+{
+    std::thread([] {
+        std::this_thread::sleep_for(endTimeLimit);
+        std::fputs("Error guardando historial: el disco no respondió a tiempo.\n", stdout);
+        std::fflush(stdout);
+        std::_Exit(EXIT_FAILURE);
+    }).detach();
+}
