@@ -185,7 +185,7 @@ remove_packages() {
     [ -e /etc/default/aulora-assistant ] && [ -e /var/lib/aulora-assistant/memory ] ||
         fail "removing the assistant took what only purging takes"
     ok "removed, the assistant left its configuration and its data"
-    quietly apt-get purge --yes aulora-ia aulora-assistant
+    quietly apt-get purge --yes aulora-assistant
     [ ! -e /etc/default/aulora-assistant ] && [ ! -e /var/lib/aulora-assistant ] ||
         fail "purging the assistant left something of its own"
     ! getent passwd aulora-assistant >/dev/null || fail "purging the assistant left its user"
