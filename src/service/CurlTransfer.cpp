@@ -40,10 +40,11 @@ bool isInvalidResponse(CURLcode code)
 
 } // namespace
 
-CurlTransfer::CurlTransfer(AssistantService service, ChatRequestBody body, QNetworkProxy proxy)
+CurlTransfer::CurlTransfer(AssistantService service, ChatRequestBody body,
+                           const QNetworkProxy &proxy)
     : m_service(std::move(service))
     , m_body(std::move(body))
-    , m_proxy(std::move(proxy))
+    , m_proxy(proxy)
 { }
 
 std::optional<QString> CurlTransfer::run(TakeBody takeBody)
@@ -68,7 +69,7 @@ std::optional<QString> CurlTransfer::run(TakeBody takeBody)
 
     m_curl->multiAddHandle(multi.get(), m_handle);
     setMulti(multi.get());
-    const std::optional<QString> description = failure(transfer(multi.get()));
+    std::optional<QString> description = failure(transfer(multi.get()));
     setMulti(nullptr);
     m_curl->multiRemoveHandle(multi.get(), m_handle);
     return description;

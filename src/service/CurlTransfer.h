@@ -38,7 +38,7 @@ public:
     /// longer than 100 KiB.
     static constexpr size_t maximumHeadSize = size_t(256) * 1024;
 
-    CurlTransfer(AssistantService service, ChatRequestBody body, QNetworkProxy proxy);
+    CurlTransfer(AssistantService service, ChatRequestBody body, const QNetworkProxy &proxy);
 
     /// Blocks until the reply is complete, and returns nothing, or until it has failed, and returns
     /// why in Spanish. `takeBody` gets the body as it comes, at most 16 KiB at a time; while it

@@ -133,7 +133,7 @@ public:
         m_isSilent
             = bind(m_listener, address(), sizeof m_address) == 0 && listen(m_listener, 0) == 0;
         for (const int filler : m_fillers)
-            ::connect(filler, address(), sizeof m_address);
+            (void)::connect(filler, address(), sizeof m_address);
     }
     ~SilentAddress()
     {
