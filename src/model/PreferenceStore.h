@@ -57,7 +57,8 @@ public:
     /// How bytes under `key` are merged; where nothing is said the stored ones stay.
     void setMerge(const QString &key, const Merge &merge);
 
-    /// Says how the bytes under `key`, which were read, can be made again should the store be lost.
+    /// Says how the bytes under `key`, which were read, can be made again should the store be lost;
+    /// does nothing once a value was set.
     void remember(const QString &key, const DataSource &source);
 
     void setData(const QString &key, DataSource source);

@@ -122,7 +122,7 @@ void PreferenceWriter::set(const QString &key, const PendingValue &value)
 void PreferenceWriter::remember(const QString &key, const DataSource &source)
 {
     const std::scoped_lock lock(m_mutex);
-    if (!m_pending.contains(key) && !m_inFlight.contains(key))
+    if (!m_pending.contains(key) && !m_held.contains(key))
         m_held.insert(key, source);
 }
 

@@ -68,7 +68,8 @@ public:
     /// `takeLateScalars` has one of that key: whoever sets it has not seen that.
     void set(const QString &key, const PendingValue &value);
 
-    /// Says how the bytes under `key`, which were read, can be made again should the store be lost.
+    /// Says how the bytes under `key`, which were read, can be made again should the store be lost;
+    /// does nothing once a value was set.
     void remember(const QString &key, const DataSource &source);
 
     /// Waits until nothing is pending, which is true, or a commit has failed, which is false.

@@ -705,6 +705,7 @@ void PreferenceStoreTest::aLostStoreBeginsAnewWithAllThatIsHeld()
     store.setData(u"bytes"_s, constant("newer"));
     store.remember(u"bytes"_s, constant("older"));
     QVERIFY(store.flush());
+    store.remember(u"bytes"_s, constant("older"));
     memory->lose();
     store.setString(u"text"_s, u"again"_s);
     QVERIFY(store.flush());

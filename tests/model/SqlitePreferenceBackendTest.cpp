@@ -798,11 +798,11 @@ void SqlitePreferenceBackendTest::believesNoSizeBeyondTheFile()
         const auto store = openStore(m_path);
         store->setData(u"history"_s, constant(randomBytes(20'000)));
     }
-    // The record's header: its own length, the type of "history" as text, that of the value.
+    // A row's size and number; its header: the length of that, "history" as text, a BLOB's size.
     const QByteArray file = contents(m_path);
-    const QByteArray header("\x05\x1B\x82\xB8\x4C", 5);
-    QCOMPARE(file.count(header), 1);
-    overwrite(m_path, file.indexOf(header) + 2, QByteArray("\xFF\xFF\x4C", 3));
+    const QByteArray row("\x81\x9C\x2C\x01\x05\x1B\x82\xB8\x4C", 9);
+    QCOMPARE(file.count(row), 1);
+    overwrite(m_path, file.indexOf(row), QByteArray("\xBF\xFF\x6C\x01\x05\x1B\xFF\xFF\x4C", 9));
     const auto store = openStore(m_path);
     QCOMPARE(store->data(u"history"_s), std::nullopt);
     QCOMPARE(filesAside().size(), 1);
