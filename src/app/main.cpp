@@ -1,3 +1,4 @@
+#include "BackgroundWork.h"
 #include "MyApp.h"
 #include "SingleInstance.h"
 #include "UserPreferenceStore.h"
@@ -7,7 +8,35 @@
 #include <QQuickWindow>
 #include <QThreadPool>
 
+#include <cstdio>
+#include <cstdlib>
+
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
+
+namespace {
+
+/// From the first window to the last thing saved; returns the program's exit status.
+int runProgram()
+{
+    SingleInstance instance(userDataFolder());
+    if (!instance.isFirst()) {
+        instance.raiseFirst();
+        return 0;
+    }
+
+    // The list of the machine's fonts takes long to read for the first time, and the first text
+    // waits for it: it is read while the window is being made.
+    QThreadPool::globalInstance()->start([] { QFontDatabase::families(); });
+
+    MyApp myApp(makeUserPreferenceStore());
+    QObject::connect(&instance, &SingleInstance::raiseRequested, &myApp, &MyApp::raiseWindow);
+    if (!myApp.start())
+        return 1;
+    return QGuiApplication::exec();
+}
+
+} // namespace
 
 int main(int argc, char *argv[])
 {
@@ -25,19 +54,12 @@ int main(int argc, char *argv[])
     // Where an installed program has its plugins; one that was only built has them beside it.
     QGuiApplication::addLibraryPath(QGuiApplication::applicationDirPath() + u"/../lib/aulora-ia"_s);
 
-    SingleInstance instance(userDataFolder());
-    if (!instance.isFirst()) {
-        instance.raiseFirst();
-        return 0;
+    const int status = runProgram();
+    // All is saved by now. A read from a mount that no longer answers never ends, a decoder only
+    // when it is through: they hold nothing up, and must not find the program half destroyed.
+    if (!finishBackgroundWork(300ms)) {
+        std::fflush(nullptr);
+        std::_Exit(status);
     }
-
-    // The list of the machine's fonts takes long to read for the first time, and the first text
-    // waits for it: it is read while the window is being made.
-    QThreadPool::globalInstance()->start([] { QFontDatabase::families(); });
-
-    MyApp myApp(makeUserPreferenceStore());
-    QObject::connect(&instance, &SingleInstance::raiseRequested, &myApp, &MyApp::raiseWindow);
-    if (!myApp.start())
-        return 1;
-    return QGuiApplication::exec();
+    return status;
 }
