@@ -270,6 +270,19 @@ private Q_SLOTS:
         }
     }
 
+    void keepsAnEvenColour()
+    {
+        const QImage even = filled({1103, 907}, QImage::Format_RGB32, QColor(10, 100, 200));
+        for (const char *format : {"png", "bmp", "tiff"}) {
+            const auto picture = decodeImage(encoded(even, format), maximumPreviewSide);
+            QVERIFY2(picture, format);
+            for (int y = 0; y < picture->height(); ++y) {
+                for (int x = 0; x < picture->width(); ++x)
+                    QCOMPARE(picture->pixel(x, y), qRgb(10, 100, 200));
+            }
+        }
+    }
+
     void doesNotMixColoursOfTransparentPixelsIn_data()
     {
         QTest::addColumn<QByteArray>("bytes");
