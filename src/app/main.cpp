@@ -1,3 +1,4 @@
+#include "BackgroundWork.h"
 #include "MyApp.h"
 #include "ProgramEnd.h"
 #include "SingleInstance.h"
@@ -12,19 +13,49 @@
 #include <cstdlib>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
 /// The running program, for when Qt ends the process by itself.
 MyApp *runningApp = nullptr;
 
-/// Qt calls exit() when the X server is gone, which leaves main() where it is.
+/// Qt calls exit() when the X server is gone, which leaves runProgram() where it is.
 void saveAtExit()
 {
     if (runningApp) {
         limitTimeToEnd();
         runningApp->saveBeforeEnd();
     }
+}
+
+/// From the first window to the last thing saved; returns the program's exit status.
+int runProgram()
+{
+    SingleInstance instance(userDataFolder());
+    switch (instance.claim()) {
+    case SingleInstance::Outcome::First:
+        break;
+    case SingleInstance::Outcome::RaisedOther:
+        return EXIT_SUCCESS;
+    case SingleInstance::Outcome::NoAnswer:
+        std::fputs("Aulora IA ya está en marcha y no responde.\n", stderr);
+        return EXIT_FAILURE;
+    }
+
+    // The list of the machine's fonts takes long to read for the first time, and the first text
+    // waits for it: it is read while the window is being made.
+    QThreadPool::globalInstance()->start([] { QFontDatabase::families(); });
+
+    MyApp myApp(makeUserPreferenceStore());
+    QObject::connect(&instance, &SingleInstance::raiseRequested, &myApp, &MyApp::raiseWindow);
+    runningApp = &myApp;
+    std::atexit(saveAtExit);
+    const int status = myApp.start() ? QGuiApplication::exec() : EXIT_FAILURE;
+    limitTimeToEnd();
+    myApp.saveBeforeEnd();
+    runningApp = nullptr;
+    return status;
 }
 
 } // namespace
@@ -46,32 +77,12 @@ int main(int argc, char *argv[])
     // Where an installed program has its plugins; one that was only built has them beside it.
     QGuiApplication::addLibraryPath(QGuiApplication::applicationDirPath() + u"/../lib/aulora-ia"_s);
 
-    SingleInstance instance(userDataFolder());
-    switch (instance.claim()) {
-    case SingleInstance::Outcome::First:
-        break;
-    case SingleInstance::Outcome::RaisedOther:
-        return EXIT_SUCCESS;
-    case SingleInstance::Outcome::NoAnswer:
-        std::fputs("Aulora IA ya está en marcha y no responde.\n", stderr);
-        return EXIT_FAILURE;
-    }
-
-    // The list of the machine's fonts takes long to read for the first time, and the first text
-    // waits for it: it is read while the window is being made.
-    QThreadPool::globalInstance()->start([] { QFontDatabase::families(); });
-
-    int status = EXIT_FAILURE;
-    {
-        MyApp myApp(makeUserPreferenceStore());
-        QObject::connect(&instance, &SingleInstance::raiseRequested, &myApp, &MyApp::raiseWindow);
-        runningApp = &myApp;
-        std::atexit(saveAtExit);
-        if (myApp.start())
-            status = QGuiApplication::exec();
-        limitTimeToEnd();
-        myApp.saveBeforeEnd();
-        runningApp = nullptr;
+    const int status = runProgram();
+    // All is saved by now. A read from a mount that no longer answers never ends, a decoder only
+    // when it is through: they hold nothing up, and must not find the program half destroyed.
+    if (!finishBackgroundWork(300ms)) {
+        std::fflush(nullptr);
+        std::_Exit(status);
     }
     return status;
 }

@@ -60,7 +60,8 @@ Item {
             Label {
                 objectName: "name"
                 width: Math.min(implicitWidth, chip.maximumNameWidth)
-                text: chip.imageName
+                // On one line: a line feed is allowed in the name of a file.
+                text: chip.imageName.replace(/[\u0000-\u001f\u007f-\u009f\u2028\u2029]/g, " ")
                 points: 10
                 color: Theme.secondary
                 elide: Text.ElideMiddle

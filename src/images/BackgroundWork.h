@@ -4,11 +4,20 @@
 #include <QPromise>
 #include <QThreadPool>
 
+#include <chrono>
 #include <memory>
 #include <type_traits>
 
 /// The one thread on which all images are decoded: two at a time would need twice the memory.
 QThreadPool *decodingPool();
+
+/// The threads on which files and other programs' images are loaded. A file on a mount that no
+/// longer answers holds one for ever; the others go on.
+QThreadPool *loadingPool();
+
+/// Drops what has not begun and waits for the rest, at most for `patience`. False when some of it
+/// still runs: the program must then end without destroying what that may use.
+bool finishBackgroundWork(std::chrono::milliseconds patience);
 
 /// Calls `finish` with the future's result, on the thread of `context`, unless `context` is gone or
 /// the work was dropped before it began. QFuture::then() with a context does the same but for one

@@ -1,13 +1,23 @@
 #include "ContentType.h"
 
+#include "ImageFormat.h"
+
 #include <QMimeDatabase>
+
+#include <algorithm>
 
 using namespace Qt::StringLiterals;
 
 namespace {
 
-/// The database takes HEIC for an alias of HEIF, its container; what phones take is image/heic.
-const QString heicType = u"image/heic"_s;
+/// True for a media type of our own table, which type databases may not have.
+bool isTakenType(const QString &typeIdentifier)
+{
+    const auto formats = imageFormats();
+    return std::any_of(formats.begin(), formats.end(), [&](const ImageFormat &format) {
+        return typeIdentifier == QLatin1String(format.mediaTypes.front());
+    });
+}
 
 } // namespace
 
@@ -15,8 +25,10 @@ std::optional<QString> typeForExtension(const QString &extension)
 {
     if (extension.isEmpty())
         return std::nullopt;
-    if (extension.compare("heic"_L1, Qt::CaseInsensitive) == 0)
-        return heicType;
+    for (const ImageFormat &format : imageFormats()) {
+        if (extension.compare(QLatin1String(format.suffix), Qt::CaseInsensitive) == 0)
+            return QString::fromLatin1(format.mediaTypes.front());
+    }
     const QList<QMimeType> types = QMimeDatabase().mimeTypesForFileName(u"file."_s + extension);
     if (types.isEmpty())
         return std::nullopt;
@@ -26,13 +38,13 @@ std::optional<QString> typeForExtension(const QString &extension)
 bool conformsToImage(const QString &typeIdentifier)
 {
     const QMimeType type = QMimeDatabase().mimeTypeForName(typeIdentifier);
-    return typeIdentifier == heicType || (type.isValid() && type.name().startsWith("image/"_L1));
+    return isTakenType(typeIdentifier) || (type.isValid() && type.name().startsWith("image/"_L1));
 }
 
 QString preferredMimeType(const std::optional<QString> &typeIdentifier)
 {
-    if (typeIdentifier == heicType)
-        return heicType;
+    if (typeIdentifier && isTakenType(*typeIdentifier))
+        return *typeIdentifier;
     const QMimeType type
         = typeIdentifier ? QMimeDatabase().mimeTypeForName(*typeIdentifier) : QMimeType();
     return type.isValid() ? type.name() : u"image/jpeg"_s;

@@ -1,7 +1,9 @@
 #include "DecodingCost.h"
 
+#include "ByteReader.h"
 #include "ImageLimits.h"
 #include "JpegLayout.h"
+#include "PngLayout.h"
 #include "TiffLayout.h"
 
 namespace {
@@ -11,9 +13,11 @@ qint64 pixelCount(QSize size)
     return qint64(size.width()) * size.height();
 }
 
-std::optional<DecodingCost> jpegCost(const QByteArray &bytes)
+} // namespace
+
+std::optional<DecodingCost> jpegCost(const QByteArray &jpeg, QSize)
 {
-    const auto layout = jpegLayout(bytes);
+    const auto layout = jpegLayout(jpeg);
     if (!layout)
         return std::nullopt;
     return DecodingCost{.bytes = layout->coefficientBytes,
@@ -21,79 +25,73 @@ std::optional<DecodingCost> jpegCost(const QByteArray &bytes)
                         .scalesWhileReading = true};
 }
 
-std::optional<DecodingCost> pngCost(const QByteArray &bytes, QSize size)
+std::optional<DecodingCost> pngCost(const QByteArray &png, QSize size)
 {
-    constexpr qsizetype bitDepthOffset = 24;
-    constexpr qsizetype colorTypeOffset = 25;
-    constexpr qsizetype interlaceOffset = 28;
-    constexpr int gray = 0;
-    constexpr int palette = 3;
-    if (bytes.size() <= interlaceOffset)
+    const auto layout = pngLayout(png);
+    // What does not shrink takes little more than its own size: what is longer than twice that goes
+    // on behind the last row.
+    constexpr qint64 slack = 1 << 16;
+    if (!layout || layout->compressedBytes > 2 * layout->unpackedBytes + slack)
         return std::nullopt;
-    const int bitDepth = quint8(bytes[bitDepthOffset]);
-    const int colorType = quint8(bytes[colorTypeOffset]);
-    const bool isIndexed = bitDepth <= 8 && (colorType == palette || colorType == gray);
-    const int bytesPerPixel = isIndexed ? 1 : bitDepth <= 8 ? 4 : 8;
-    DecodingCost cost{.bytes = pixelCount(size) * bytesPerPixel, .work = pixelCount(size)};
-    // The reader can shrink row by row what it reads as 32 bits a pixel from the top to the bottom.
-    // It mixes the colours of transparent pixels in, so that is for what is too large as a whole.
-    const bool isInterlaced = bytes[interlaceOffset] != 0;
-    if (cost.bytes > maximumDecodingBytes && bytesPerPixel == 4 && !isInterlaced) {
-        cost.bytes = 0;
-        cost.scalesWhileReading = true;
-    }
-    return cost;
+    // libpng holds the row before, the row as it was packed and as it is given out; we hold
+    // another.
+    constexpr int rows = 4;
+    constexpr int largestPixelBytes = 8;
+    return DecodingCost{.bytes = qint64(size.width()) * largestPixelBytes * rows,
+                        .work = pixelCount(size) + layout->unpackedBytes / 4,
+                        .scalesWhileReading = true};
 }
 
-/// The lossless decoder holds the whole picture once more than the lossy one, whether it decodes
-/// colours or transparency, for which there is a plane besides. An animation is composed in a
-/// picture of its own.
-DecodingCost webpCost(const QByteArray &bytes, QSize size)
+std::optional<DecodingCost> gifCost(const QByteArray &, QSize size)
 {
-    constexpr qsizetype flagsOffset = 20;
-    constexpr char animationFlag = 0x02;
+    // One row, as indices and as colours.
+    constexpr int pixelBytes = 5;
+    return DecodingCost{.bytes = qint64(size.width()) * pixelBytes,
+                        .work = pixelCount(size),
+                        .scalesWhileReading = true};
+}
+
+/// The lossless decoder holds the whole picture, the lossy one a few rows. Transparency of a lossy
+/// picture is a plane, maybe from the lossless decoder, and such a picture is shrunk when it is
+/// whole.
+std::optional<DecodingCost> webpCost(const QByteArray &webp, QSize size)
+{
     constexpr int pictureBytes = 4;
     constexpr int alphaPlaneBytes = 1;
-    int bytesPerPixel = pictureBytes;
-    if (bytes.contains("VP8L") || bytes.contains("ALPH"))
-        bytesPerPixel += pictureBytes;
-    if (bytes.contains("ALPH"))
-        bytesPerPixel += alphaPlaneBytes;
-    if (bytes.mid(12, 4) == "VP8X" && (bytes.mid(flagsOffset, 1).append('\0')[0] & animationFlag))
-        bytesPerPixel += pictureBytes;
-    return {.bytes = pixelCount(size) * bytesPerPixel, .work = pixelCount(size)};
+    int bytesPerPixel = 0;
+    if (webp.contains("ALPH"))
+        bytesPerPixel = 2 * pictureBytes + alphaPlaneBytes;
+    else if (webp.contains("VP8L"))
+        bytesPerPixel = pictureBytes;
+    return DecodingCost{.bytes = pixelCount(size) * bytesPerPixel,
+                        .work = pixelCount(size),
+                        .scalesWhileReading = true};
 }
 
-std::optional<DecodingCost> tiffCost(const QByteArray &bytes, QSize size)
+std::optional<DecodingCost> bmpCost(const QByteArray &bmp, QSize size)
 {
-    const auto layout = tiffLayout(bytes);
+    constexpr qsizetype bitsPerPixelOffset = 28;
+    const auto bitsPerPixel
+        = ByteReader(bmp, ByteReader::LittleEndian).u16(bitsPerPixelOffset).value_or(0);
+    const int bytesPerPixel = bitsPerPixel <= 8 ? 1 : 4;
+    return DecodingCost{.bytes = pixelCount(size) * bytesPerPixel, .work = pixelCount(size)};
+}
+
+std::optional<DecodingCost> tiffCost(const QByteArray &tiff, QSize size)
+{
+    const auto layout = tiffLayout(tiff);
     if (!layout || layout->pieceBytes > maximumDecodingBytes)
         return std::nullopt;
-    const int bytesPerPixel = layout->bitsPerSample <= 8 ? 4 : layout->bitsPerSample <= 16 ? 8 : 16;
-    return DecodingCost{.bytes = pixelCount(size) * bytesPerPixel + layout->pieceBytes,
+    // Gray and palettes Qt keeps as they are, everything else in four samples of 8, 16 or 32 bits.
+    const bool isGray = layout->samplesPerPixel == 1 && layout->bitsPerSample <= 16;
+    const int samples = isGray ? 1 : 4;
+    const int bytesPerSample = layout->bitsPerSample <= 8 ? 1 : layout->bitsPerSample <= 16 ? 2 : 4;
+    return DecodingCost{.bytes = pixelCount(size) * samples * bytesPerSample + layout->pieceBytes,
                         .work = pixelCount(size)};
 }
 
-} // namespace
-
-std::optional<DecodingCost> decodingCost(const QByteArray &bytes, ImageFormat format, QSize size)
+std::optional<DecodingCost> heicCost(const QByteArray &, QSize size)
 {
-    switch (format) {
-    case ImageFormat::Jpeg:
-        return jpegCost(bytes);
-    case ImageFormat::Png:
-        return pngCost(bytes, size);
-    case ImageFormat::Webp:
-        return webpCost(bytes, size);
-    case ImageFormat::Tiff:
-        return tiffCost(bytes, size);
-    case ImageFormat::Gif:
-        // The screen, and the picture below a frame that is taken away again.
-        return DecodingCost{.bytes = pixelCount(size) * 8, .work = pixelCount(size)};
-    case ImageFormat::Bmp:
-        return DecodingCost{.bytes = pixelCount(size) * 4, .work = pixelCount(size)};
-    case ImageFormat::Heic:
-        return DecodingCost{.bytes = 0, .work = pixelCount(size), .scalesWhileReading = true};
-    }
-    Q_UNREACHABLE();
+    // What its pictures take only libheif's own parser tells: the plug-in keeps to the limit.
+    return DecodingCost{.bytes = 0, .work = pixelCount(size), .scalesWhileReading = true};
 }

@@ -1,5 +1,6 @@
 #include "DroppedItems.h"
 
+#include "BackgroundWork.h"
 #include "ContentType.h"
 #include "ImageLimits.h"
 #include "LocalFile.h"
@@ -8,7 +9,6 @@
 #include <QFileInfo>
 #include <QImage>
 #include <QMimeData>
-#include <QThreadPool>
 #include <QUrl>
 
 using namespace Qt::StringLiterals;
@@ -33,7 +33,7 @@ public:
 
     void loadDataRepresentation(const QString &, Completion completion) override
     {
-        QThreadPool::globalInstance()->start([url = m_url, completion = std::move(completion)] {
+        loadingPool()->start([url = m_url, completion = std::move(completion)] {
             completion({.error = {}, .data = readLocalFile(url, maximumImageBytes + 1)});
         });
     }
@@ -72,7 +72,7 @@ public:
             return;
         }
         const auto image = m_mimeData->imageData().value<QImage>();
-        QThreadPool::globalInstance()->start([image, completion = std::move(completion)] {
+        loadingPool()->start([image, completion = std::move(completion)] {
             QBuffer buffer;
             buffer.open(QIODevice::WriteOnly);
             const bool isWritten = image.save(&buffer, "png");

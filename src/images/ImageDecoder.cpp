@@ -4,7 +4,6 @@
 #include "ImageFormat.h"
 #include "ImageLimits.h"
 #include "ImageShrinking.h"
-#include "PngChunks.h"
 
 #include <QBuffer>
 #include <QColorSpace>
@@ -62,23 +61,23 @@ QImage turned(const QImage &image, QImageIOHandler::Transformations transformati
 
 std::optional<QImage> decodeImage(const QByteArray &bytes, int longestSide)
 {
-    const auto format = imageFormat(bytes);
+    const ImageFormat *format = imageFormat(bytes);
     if (!format || bytes.size() > maximumImageBytes)
         return std::nullopt;
 
     raiseToolkitLimit();
     QBuffer buffer;
-    buffer.setData(format == ImageFormat::Png ? withoutNeedlessChunks(bytes) : bytes);
+    buffer.setData(bytes);
     buffer.open(QIODevice::ReadOnly);
     // Naming the reader keeps every other one out: left to guess, the toolkit would ask them all.
-    QImageReader reader(&buffer, readerName(*format));
+    QImageReader reader(&buffer, format->reader);
     reader.setAutoDetectImageFormat(false);
     reader.setDecideFormatFromContent(false);
 
     const QSize size = announcedSize(reader);
     if (size.isEmpty() || qint64(size.width()) * size.height() > maximumImagePixels)
         return std::nullopt;
-    const auto cost = decodingCost(bytes, *format, size);
+    const auto cost = format->cost(bytes, size);
     if (!cost || cost->bytes > maximumDecodingBytes || cost->work > maximumDecodingWork)
         return std::nullopt;
 

@@ -1,5 +1,7 @@
 #include "ImageFileNames.h"
 
+#include "ImageFormat.h"
+
 #include <QMimeDatabase>
 
 using namespace Qt::StringLiterals;
@@ -27,15 +29,17 @@ QString pattern(const QString &suffix)
 
 QStringList ImageFileNames::patterns()
 {
-    // HEIC and HEIF are one type to some databases and two to others.
-    const QStringList typeNames{u"image/jpeg"_s, u"image/png"_s,  u"image/gif"_s,  u"image/webp"_s,
-                                u"image/bmp"_s,  u"image/tiff"_s, u"image/heic"_s, u"image/heif"_s};
     const QMimeDatabase types;
     QStringList globs;
-    for (const QString &name : typeNames) {
-        const QStringList suffixes = types.mimeTypeForName(name).suffixes();
-        for (const QString &suffix : suffixes)
-            globs.append(pattern(suffix));
+    for (const ImageFormat &format : imageFormats()) {
+        for (const char *mediaType : format.mediaTypes) {
+            const QMimeType type = types.mimeTypeForName(QString::fromLatin1(mediaType));
+            const QStringList suffixes = type.suffixes();
+            for (const QString &suffix : suffixes)
+                globs.append(pattern(suffix));
+        }
+        if (format.suffix)
+            globs.append(pattern(QString::fromLatin1(format.suffix)));
     }
     globs.removeDuplicates();
     return globs;

@@ -16,8 +16,8 @@ class ImageFileNames : public QObject
 public:
     using QObject::QObject;
 
-    /// A glob for each suffix that the platform's type database has for these formats, with its
-    /// letters in either case: choosers heed the case of names, and cameras write capitals.
+    /// A glob for each suffix that the platform's type database or the table of formats has, with
+    /// its letters in either case: choosers heed the case of names, and cameras write capitals.
     static QStringList patterns();
     static QString filter() { return patterns().join(QLatin1Char(' ')); }
 };

@@ -2,12 +2,42 @@
 
 #include "ByteReader.h"
 
-#include <QByteArrayView>
-
 #include <algorithm>
-#include <array>
 
 namespace {
+
+bool isJpeg(QByteArrayView bytes)
+{
+    return bytes.startsWith("\xFF\xD8\xFF");
+}
+
+bool isPng(QByteArrayView bytes)
+{
+    return bytes.startsWith("\x89PNG\r\n\x1A\n");
+}
+
+bool isGif(QByteArrayView bytes)
+{
+    return bytes.startsWith("GIF87a") || bytes.startsWith("GIF89a");
+}
+
+bool isWebp(QByteArrayView bytes)
+{
+    constexpr qsizetype nameOffset = 8;
+    return bytes.startsWith("RIFF") && bytes.size() > nameOffset
+        && bytes.sliced(nameOffset).startsWith("WEBP");
+}
+
+bool isBmp(QByteArrayView bytes)
+{
+    return bytes.startsWith("BM");
+}
+
+bool isTiff(QByteArrayView bytes)
+{
+    return bytes.startsWith(QByteArrayView("II\x2A\0", 4))
+        || bytes.startsWith(QByteArrayView("MM\0\x2A", 4));
+}
 
 /// HEIC is one of many kinds of ISO media file; only the brands of still HEVC pictures count.
 bool isHeic(QByteArrayView bytes)
@@ -31,49 +61,70 @@ bool isHeic(QByteArrayView bytes)
     return false;
 }
 
+#ifdef AULORA_HEIF_PLUGIN
+constexpr auto heicReader = "aulora-heic";
+#else
+constexpr auto heicReader = "heic";
+#endif
+
+constexpr std::array formats{
+    ImageFormat{.reader = "jpeg",
+                .hasSignature = isJpeg,
+                .mediaTypes = {"image/jpeg", nullptr},
+                .suffix = "jfif",
+                .cost = jpegCost},
+    ImageFormat{.reader = "aulora-png",
+                .hasSignature = isPng,
+                .mediaTypes = {"image/png", nullptr},
+                .suffix = nullptr,
+                .cost = pngCost},
+    ImageFormat{.reader = "aulora-gif",
+                .hasSignature = isGif,
+                .mediaTypes = {"image/gif", nullptr},
+                .suffix = nullptr,
+                .cost = gifCost},
+    ImageFormat{.reader = "aulora-webp",
+                .hasSignature = isWebp,
+                .mediaTypes = {"image/webp", nullptr},
+                .suffix = nullptr,
+                .cost = webpCost},
+    ImageFormat{.reader = "bmp",
+                .hasSignature = isBmp,
+                .mediaTypes = {"image/bmp", nullptr},
+                .suffix = nullptr,
+                .cost = bmpCost},
+    ImageFormat{.reader = "tiff",
+                .hasSignature = isTiff,
+                .mediaTypes = {"image/tiff", nullptr},
+                .suffix = nullptr,
+                .cost = tiffCost},
+    // Some databases take HEIC for another name of HEIF, its container; what phones take is
+    // image/heic.
+    ImageFormat{.reader = heicReader,
+                .hasSignature = isHeic,
+                .mediaTypes = {"image/heic", "image/heif"},
+                .suffix = "heic",
+                .cost = heicCost},
+};
+
+static_assert(std::all_of(formats.begin(), formats.end(),
+                          [](const ImageFormat &format) {
+                              return format.reader && format.hasSignature && format.mediaTypes[0]
+                                  && format.cost;
+                          }),
+              "an image format lacks what it needs to be read and named");
+
 } // namespace
 
-std::optional<ImageFormat> imageFormat(const QByteArray &bytes)
+std::span<const ImageFormat> imageFormats()
 {
-    if (bytes.startsWith("\xFF\xD8\xFF"))
-        return ImageFormat::Jpeg;
-    if (bytes.startsWith("\x89PNG\r\n\x1A\n"))
-        return ImageFormat::Png;
-    if (bytes.startsWith("GIF87a") || bytes.startsWith("GIF89a"))
-        return ImageFormat::Gif;
-    if (bytes.startsWith("RIFF") && bytes.mid(8, 4) == "WEBP")
-        return ImageFormat::Webp;
-    if (bytes.startsWith("BM"))
-        return ImageFormat::Bmp;
-    if (bytes.startsWith(QByteArrayView("II\x2A\0", 4))
-        || bytes.startsWith(QByteArrayView("MM\0\x2A", 4)))
-        return ImageFormat::Tiff;
-    if (isHeic(bytes))
-        return ImageFormat::Heic;
-    return std::nullopt;
+    return formats;
 }
 
-QByteArray readerName(ImageFormat format)
+const ImageFormat *imageFormat(QByteArrayView bytes)
 {
-    switch (format) {
-    case ImageFormat::Jpeg:
-        return "jpeg";
-    case ImageFormat::Png:
-        return "png";
-    case ImageFormat::Gif:
-        return "gif";
-    case ImageFormat::Webp:
-        return "webp";
-    case ImageFormat::Bmp:
-        return "bmp";
-    case ImageFormat::Tiff:
-        return "tiff";
-    case ImageFormat::Heic:
-#ifdef AULORA_HEIF_PLUGIN
-        return "aulora-heic";
-#else
-        return "heic";
-#endif
-    }
-    Q_UNREACHABLE();
+    const auto *format
+        = std::find_if(formats.begin(), formats.end(),
+                       [&](const ImageFormat &candidate) { return candidate.hasSignature(bytes); });
+    return format == formats.end() ? nullptr : &*format;
 }

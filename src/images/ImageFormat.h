@@ -2,16 +2,36 @@
 // views that show them. Every byte here may come from a stranger.
 #pragma once
 
+#include "DecodingCost.h"
+
 #include <QByteArray>
+#include <QByteArrayView>
+#include <QSize>
 
+#include <array>
 #include <optional>
+#include <span>
 
-/// The picture formats the program takes. Documents that can name other files or run to many
-/// pages (SVG, PDF, …) are none of them.
-enum class ImageFormat { Jpeg, Png, Gif, Webp, Bmp, Tiff, Heic };
+/// All there is to know about a picture format that the program takes. Documents that can name
+/// other files or run to many pages (SVG, PDF, …) are none of them.
+struct ImageFormat
+{
+    /// The name of Qt's reader for it, or of one of ours.
+    const char *reader;
+    /// True for contents that begin as this format does, whatever the file is called.
+    bool (*hasSignature)(QByteArrayView bytes);
+    /// The media type contents go by; then one under which type databases keep more of its
+    /// suffixes, where there is one.
+    std::array<const char *, 2> mediaTypes;
+    /// A suffix of file names that not every type database knows, or that some of them take for
+    /// another type. Null where there is none.
+    const char *suffix;
+    /// What reading `bytes` takes; `size` is what the reader says the picture has. Nothing when the
+    /// header makes no sense.
+    std::optional<DecodingCost> (*cost)(const QByteArray &bytes, QSize size);
+};
 
-/// The format that the first bytes announce, whatever the file is called; nothing for any other.
-std::optional<ImageFormat> imageFormat(const QByteArray &bytes);
+std::span<const ImageFormat> imageFormats();
 
-/// The name under which the toolkit knows the format's reader.
-QByteArray readerName(ImageFormat format);
+/// The format that the first bytes announce; null for any other.
+const ImageFormat *imageFormat(QByteArrayView bytes);

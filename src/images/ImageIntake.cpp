@@ -64,13 +64,6 @@ ImageIntake::ImageIntake(ContentView *contentView, QObject *parent)
     });
 }
 
-ImageIntake::~ImageIntake()
-{
-    // Decoders must not outlive the application they run in.
-    decodingPool()->clear();
-    decodingPool()->waitForDone();
-}
-
 template <typename Finish>
 auto ImageIntake::unlessGivenUp(Arrival arrival, Finish finish)
 {
@@ -94,8 +87,7 @@ void ImageIntake::handleImportedFile(const QList<QUrl> &urls)
     const QUrl &url = urls.first();
     const Arrival arrival = begin();
     runThenFinish(
-        QThreadPool::globalInstance(), this,
-        [url] { return readLocalFile(url, maximumImageBytes + 1); },
+        loadingPool(), this, [url] { return readLocalFile(url, maximumImageBytes + 1); },
         unlessGivenUp(arrival, [this, arrival, url](const std::optional<QByteArray> &bytes) {
             if (!bytes) {
                 refuse(unreadableFileText);

@@ -37,7 +37,6 @@ class ImageIntake : public QObject
 public:
     /// `contentView` is borrowed and outlives this object.
     explicit ImageIntake(ContentView *contentView, QObject *parent = nullptr);
-    ~ImageIntake() override;
 
     QByteArray pendingPreview() const { return m_prepared.preview; }
 

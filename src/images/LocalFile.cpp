@@ -13,12 +13,11 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Opens `file` for reading if it is a regular one. Asking after the opening leaves nobody the time
-/// to put something else in its place.
-bool openRegular(QFile &file)
+/// Opens the file for reading if it is a regular one. Asking after the opening leaves nobody the
+/// time to put something else in its place.
+bool openRegular(QFile &file, const QByteArray &path)
 {
 #ifdef Q_OS_UNIX
-    const QByteArray path = QFile::encodeName(file.fileName());
     const int descriptor = ::open(path.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     if (descriptor < 0)
         return false;
@@ -31,27 +30,31 @@ bool openRegular(QFile &file)
     ::close(descriptor);
     return false;
 #else
+    file.setFileName(QFile::decodeName(path));
     return QFileInfo(file).isFile() && file.open(QIODevice::ReadOnly | QIODevice::Unbuffered);
 #endif
 }
 
 } // namespace
 
-std::optional<QString> localPath(const QUrl &url)
+std::optional<QByteArray> localPath(const QUrl &url)
 {
-    const bool isHere = url.host().isEmpty() || url.host() == "localhost"_L1;
+    // Qt keeps the names of hosts in small letters.
+    const QString host = url.host();
+    const bool isHere
+        = host.isEmpty() || host == "localhost"_L1 || host == QSysInfo::machineHostName().toLower();
     if (!url.isLocalFile() || !isHere || url.path().isEmpty())
         return std::nullopt;
-    return QUrl::fromLocalFile(url.path(QUrl::FullyDecoded)).toLocalFile();
+    return QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
 }
 
 std::optional<QByteArray> readLocalFile(const QUrl &url, qint64 limit)
 {
     const auto path = localPath(url);
-    if (!path || path->contains(QChar(u'\0')))
+    if (!path || path->contains('\0'))
         return std::nullopt;
-    QFile file(*path);
-    if (!openRegular(file))
+    QFile file;
+    if (!openRegular(file, *path))
         return std::nullopt;
 
     QByteArray bytes;

@@ -9,8 +9,9 @@ struct TiffLayout
 {
     /// Bytes of one decoded strip or tile, whichever the file has.
     qint64 pieceBytes = 0;
-    /// Bits of one sample of one pixel.
+    /// Bits of one sample of one pixel, and how many samples a pixel has.
     int bitsPerSample = 1;
+    int samplesPerPixel = 1;
 };
 
 /// Nothing when there is no directory with a size in it.

@@ -3,6 +3,7 @@
 import base64
 import io
 import os
+import time
 import unittest
 from pathlib import Path
 
@@ -66,6 +67,15 @@ class ImagesTest(AuloraTestCase):
         """Sends the pending image without a text; the request."""
         program.button("Enviar").press()
         return self.assistant.next_request()
+
+    def test_file_on_a_dead_mount_does_not_delay_the_end(self):
+        program = self.start(LD_PRELOAD=os.environ["AULORA_DEAD_MOUNT"])
+        (self.files / "dead-mount").mkdir()
+        self.drop(program, "text/uri-list", self.file("dead-mount/a.png", image_bytes("PNG")))
+        began = time.monotonic()
+        self.assertEqual(program.quit(), 0)
+        # It would wait for ever. Under load an ordinary end takes seconds, too.
+        self.assertLess(time.monotonic() - began, 5)
 
     def test_dropped_file_is_sent_unchanged_and_looked_at(self):
         program = self.start()

@@ -1,5 +1,6 @@
 #include "HostileImages.h"
 
+#include "GifSamples.h"
 #include "HeicSamples.h"
 #include "SampleImages.h"
 
@@ -129,26 +130,6 @@ private:
     int m_count = 0;
 };
 
-/// A lossless WebP of one colour: each channel has one symbol, so no pixel takes a single bit.
-QByteArray flatWebp(QSize size)
-{
-    BitWriter stream;
-    stream.put(0x2F, 8);
-    stream.put(quint32(size.width()) - 1, 14);
-    stream.put(quint32(size.height()) - 1, 14);
-    stream.put(0, 4); // No transparency, version 0
-    stream.put(0, 3); // No transformation, no colour cache, one group of codes
-    for (int channel = 0; channel < 4; ++channel) {
-        stream.put(0b101, 3); // One symbol, written in 8 bits
-        stream.put(0x77, 8);
-    }
-    stream.put(0b0001, 4); // No distances
-    QByteArray data = stream.bytes();
-    data.append(data.size() % 2, '\0');
-    const QByteArray chunk = "VP8L" + little(quint32(data.size()), 4) + data;
-    return "RIFF" + little(quint32(chunk.size()) + 4, 4) + "WEBP" + chunk;
-}
-
 QByteArray boxed(const char *type, const QByteArray &content)
 {
     return big(quint32(content.size()) + 8, 4) + type + content;
@@ -251,14 +232,24 @@ void addWrongSizes(QList<HostileImage> &images)
         {"interlaced png of 60 megapixels",
          flatPng({10'000, 6'000},
                  {.bitDepth = 8, .colorType = 2, .bytesPerRow = 30'000, .interlaced = true}),
-         Outcome::Refused});
+         Outcome::Taken});
     images.append({"lossless webp of 27 megapixels", flatWebp({5'400, 5'000}), Outcome::Taken});
     images.append(
         {"lossless webp of 100 megapixels", flatWebp({10'000, 10'000}), Outcome::Refused});
+    images.append({"lossless webp of 48 megapixels", flatWebp({8'000, 6'000}), Outcome::Taken});
+    images.append({"X-ray of 30 megapixels, 16-bit gray",
+                   flatPng({5'000, 6'000}, {.bitDepth = 16, .bytesPerRow = 10'000}),
+                   Outcome::Taken});
+    images.append({"16-bit png of 30 megapixels",
+                   flatPng({6'000, 5'000}, {.bitDepth = 16, .colorType = 2, .bytesPerRow = 36'000}),
+                   Outcome::Taken});
     images.append(
-        {"16-bit png of 50 megapixels",
-         flatPng({10'000, 5'000}, {.bitDepth = 16, .colorType = 6, .bytesPerRow = 80'000}),
-         Outcome::Refused});
+        {"16-bit png of 100 megapixels with transparency",
+         flatPng({10'000, 10'000}, {.bitDepth = 16, .colorType = 6, .bytesPerRow = 80'000}),
+         Outcome::Either});
+    images.append({"gif of 30 megapixels", flatGif({6'000, 5'000}), Outcome::Taken});
+    images.append({"gif of 120 megapixels", flatGif({12'000, 10'000}), Outcome::Taken});
+    images.append({"gif of one row more", flatGif({12'000, 10'001}), Outcome::Refused});
     images.append({"png as thin as a thread", flatPng({1, 900'000}, {}), Outcome::Taken});
     images.append({"png that says it is endless",
                    patched(png, 16, big(0x7FFFFFFF, 4) + big(0x7FFFFFFF, 4)), Outcome::Refused});
@@ -335,6 +326,12 @@ void addBloated(QList<HostileImage> &images)
                        + pngChunk("IDAT", qCompress(QByteArray(100 << 20, '\0'), 9).sliced(4))
                        + pngChunk("IEND", {}),
                    Outcome::Either});
+    const QByteArray surplus = qCompress(QByteArray(50 << 20, '\0'), 9).sliced(4);
+    images.append({"png whose pixels never end, in many chunks",
+                   "\x89PNG\r\n\x1A\n" + flatPng({2'000, 2'000}, {}).sliced(8, 25)
+                       + pngChunk("IDAT", surplus) + pngChunk("IDAT", surplus).repeated(200)
+                       + pngChunk("IEND", {}),
+                   Outcome::Refused});
     images.append({"png chunk of greatest length", withPngChunk(png, big(0x7FFFFFFF, 4) + "tEXt"),
                    Outcome::Refused});
     images.append({"png chunk past every length", withPngChunk(png, big(0xFFFFFFFF, 4) + "IDAT"),
@@ -465,6 +462,25 @@ void addRare(QList<HostileImage> &images)
 }
 
 } // namespace
+
+QByteArray flatWebp(QSize size)
+{
+    BitWriter stream;
+    stream.put(0x2F, 8);
+    stream.put(quint32(size.width()) - 1, 14);
+    stream.put(quint32(size.height()) - 1, 14);
+    stream.put(0, 4); // No transparency, version 0
+    stream.put(0, 3); // No transformation, no colour cache, one group of codes
+    for (int channel = 0; channel < 4; ++channel) {
+        stream.put(0b101, 3); // One symbol, written in 8 bits
+        stream.put(0x77, 8);
+    }
+    stream.put(0b0001, 4); // No distances
+    QByteArray data = stream.bytes();
+    data.append(data.size() % 2, '\0');
+    const QByteArray chunk = "VP8L" + little(quint32(data.size()), 4) + data;
+    return "RIFF" + little(quint32(chunk.size()) + 4, 4) + "WEBP" + chunk;
+}
 
 QList<QByteArray> soundImages()
 {

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QList>
+#include <QSize>
 
 /// What has to become of a hostile file. Damage that decoders mend or not, as they see fit, may end
 /// either way.
@@ -20,3 +21,6 @@ QList<HostileImage> hostileImages();
 
 /// One sound file of every kind that is taken, small enough to be damaged by the thousand.
 QList<QByteArray> soundImages();
+
+/// A lossless WebP of one colour, whose pixels take no room.
+QByteArray flatWebp(QSize size);

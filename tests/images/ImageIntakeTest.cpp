@@ -1,5 +1,6 @@
 #include "ImageIntake.h"
 
+#include "BackgroundWork.h"
 #include "ImageFileNames.h"
 #include "ImagePreview.h"
 #include "SampleImages.h"
@@ -7,14 +8,17 @@
 
 #include <QClipboard>
 #include <QDir>
+#include <QElapsedTimer>
 #include <QGuiApplication>
 #include <QMimeData>
+#include <QSemaphore>
 #include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 #include <QThread>
 #include <QThreadPool>
 
+#include <fcntl.h>
 #include <functional>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -23,6 +27,7 @@
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
+using namespace std::chrono_literals;
 
 namespace {
 
@@ -101,8 +106,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<bool>("offered");
         for (const char *name : {"a.jpg", "a.jpeg", "a.jpe", "a.png", "a.gif", "a.webp", "a.bmp",
-                                 "a.dib", "a.tif", "a.tiff", "a.heic", "a.heif", "a.hif",
-                                 "IMG_0001.JPG", "Foto.Jpg", "a.hEIC", "a.txt.png"})
+                                 "a.dib", "a.jfif", "A.JFIF", "a.tif", "a.tiff", "a.heic", "a.heif",
+                                 "a.hif", "IMG_0001.JPG", "Foto.Jpg", "a.hEIC", "a.txt.png"})
             QTest::newRow(name) << true;
         for (const char *name : {"a.txt", "a.svg", "a.pdf", "a.png.txt", "png"})
             QTest::newRow(name) << false;
@@ -128,6 +133,7 @@ private Q_SLOTS:
         QTest::newRow("jpg") << u"a.jpg"_s << encoded(picture, "jpeg") << u"image/jpeg"_s;
         QTest::newRow("jpeg in capitals")
             << u"A.JPEG"_s << encoded(picture, "jpeg") << u"image/jpeg"_s;
+        QTest::newRow("jfif") << u"a.jfif"_s << encoded(picture, "jpeg") << u"image/jpeg"_s;
         QTest::newRow("tiff") << u"a.tif"_s << encoded(picture, "tiff") << u"image/tiff"_s;
         QTest::newRow("webp") << u"a.webp"_s << encoded(picture, "webp") << u"image/webp"_s;
         QTest::newRow("gif") << u"a.gif"_s << animatedGif() << u"image/gif"_s;
@@ -140,6 +146,7 @@ private Q_SLOTS:
         QTest::newRow("extension of another type") << u"a.txt"_s << sample() << u"text/plain"_s;
         QTest::newRow("signs in the name")
             << u"¿qué? #1 50%20 ñandú.png"_s << sample() << u"image/png"_s;
+        QTest::newRow("line feed in the name") << u"a\nb.png"_s << sample() << u"image/png"_s;
     }
     void takesAChosenFile()
     {
@@ -152,6 +159,49 @@ private Q_SLOTS:
         QCOMPARE(view().selectedImageName(), fileName);
         QCOMPARE(view().selectedImageMimeType(), mimeType);
         QVERIFY(!view().hasImageImportError());
+    }
+
+    void takesAFileOfThisMachineByItsName()
+    {
+        QUrl url = file(u"a.png"_s, sample());
+        url.setHost(QSysInfo::machineHostName());
+        m_screen->intake.handleImportedFile({url});
+        QTRY_COMPARE(view().selectedImageName(), u"a.png"_s);
+    }
+
+    void takesAFileWhoseNameIsNotUtf8()
+    {
+#ifdef Q_OS_DARWIN
+        QSKIP("its file systems have no such names");
+#endif
+        const QByteArray name = QFile::encodeName(path(u"c"_s)) + "\xE9lula.png";
+        const int descriptor = ::open(name.constData(), O_CREAT | O_WRONLY, 0600);
+        QVERIFY(descriptor >= 0);
+        QFile file;
+        QVERIFY(file.open(descriptor, QIODevice::WriteOnly, QFileDevice::AutoCloseHandle));
+        QCOMPARE(file.write(sample()), sample().size());
+        file.close();
+        m_screen->intake.handleImportedFile(
+            {QUrl::fromEncoded("file://" + name.toPercentEncoding("/"))});
+        QTRY_COMPARE(view().selectedImageName(), u"c\uFFFDlula.png"_s);
+        QCOMPARE(view().selectedImageData(), sample());
+        QCOMPARE(view().selectedImageMimeType(), u"image/png"_s);
+    }
+
+    void goesWithoutWaitingForADecoderOrAFile()
+    {
+        constexpr auto busy = 3s;
+        QSemaphore ends;
+        for (QThreadPool *pool : {decodingPool(), loadingPool()})
+            pool->start([&] { ends.tryAcquire(1, int(busy / 1ms)); });
+        QElapsedTimer time;
+        time.start();
+        m_screen->intake.acceptImage(sample(), u"a.png"_s, std::nullopt);
+        m_screen.reset();
+        QVERIFY(!finishBackgroundWork(100ms));
+        QVERIFY(time.elapsed() < busy / 2 / 1ms);
+        ends.release(2);
+        QVERIFY(finishBackgroundWork(busy));
     }
 
     void takesTheFirstOfSeveralFiles()
@@ -677,9 +727,15 @@ private Q_SLOTS:
     }
 
 private:
-    ContentView &view() { return m_screen->contentView; }
+    ContentView &view()
+    {
+        return m_screen->contentView;
+    }
 
-    QString path(const QString &fileName) const { return m_folder->filePath(fileName); }
+    QString path(const QString &fileName) const
+    {
+        return m_folder->filePath(fileName);
+    }
 
     QUrl file(const QString &fileName, const QByteArray &bytes) const
     {
@@ -693,7 +749,7 @@ private:
     static void settle()
     {
         Screen probe;
-        QThreadPool::globalInstance()->waitForDone();
+        loadingPool()->waitForDone();
         QCoreApplication::processEvents();
         // One thread decodes, in order: what was asked for before this is done when this is.
         probe.intake.acceptImage(sample(), u"probe"_s, std::nullopt);

@@ -1,6 +1,7 @@
 #include "ImagePreview.h"
 
 #include "DecodingCost.h"
+#include "GifSamples.h"
 #include "HeicSamples.h"
 #include "ImageDecoder.h"
 #include "ImageFormat.h"
@@ -11,6 +12,10 @@
 #include <QColorSpace>
 #include <QPainter>
 #include <QTest>
+
+#include <algorithm>
+#include <array>
+#include <cstring>
 
 using namespace Qt::StringLiterals;
 
@@ -98,7 +103,7 @@ private Q_SLOTS:
         QFETCH(QByteArray, bytes);
         const auto preview = makePreviewData(bytes);
         QVERIFY(preview);
-        QCOMPARE(imageFormat(*preview), ImageFormat::Jpeg);
+        QCOMPARE(imageFormat(*preview)->reader, "jpeg");
         QVERIFY(*preview != bytes);
         QVERIFY(preview->contains("\xFF\xC0")); // Baseline start of frame
         QVERIFY(!preview->contains("\xFF\xC2")); // Progressive start of frame
@@ -195,11 +200,19 @@ private Q_SLOTS:
                     << withExifOrientation(encoded(stored, "jpeg"), orientation) << expected;
                 QTest::addRow("progressive jpeg %d of %d", orientation, size.width())
                     << withExifOrientation(encodedProgressively(stored), orientation) << expected;
+                QTest::addRow("png %d of %d", orientation, size.width())
+                    << pngWithExifOrientation(encoded(stored, "png"), orientation) << expected;
+                QTest::addRow("webp %d of %d", orientation, size.width())
+                    << webpWithExifOrientation(encoded(stored, "webp"), stored.size(), orientation)
+                    << expected;
             }
         }
         for (const int nonsense : {0, 9, 255}) {
             QTest::addRow("jpeg %d", nonsense)
                 << withExifOrientation(encoded(quarters({120, 80}), "jpeg"), nonsense)
+                << QSize(120, 80);
+            QTest::addRow("png %d", nonsense)
+                << pngWithExifOrientation(encoded(quarters({120, 80}), "png"), nonsense)
                 << QSize(120, 80);
         }
     }
@@ -210,6 +223,202 @@ private Q_SLOTS:
         const QImage preview = previewOf(bytes);
         QCOMPARE(preview.size(), expected);
         QVERIFY(showsQuarters(preview));
+    }
+
+    void countsEveryPixel_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+
+        // Black and white lines, one pixel wide, above 700 pixels: the average is gray everywhere,
+        // where pixels are left out there are bands.
+        const QSize size(1100, 900);
+        QImage lines(size, QImage::Format_Grayscale8);
+        for (int y = 0; y < size.height(); ++y)
+            std::memset(lines.scanLine(y), y % 2 == 0 ? 0 : 255, size_t(size.width()));
+        const QImage columns = lines.transformed(QTransform().rotate(90));
+        const QImage clear = filled(size, QImage::Format_ARGB32, QColor(0, 0, 0, 128));
+        QTest::newRow("lines in a png") << encoded(lines, "png");
+        QTest::newRow("columns in a png") << encoded(columns, "png");
+        QTest::newRow("lines in a lossless webp") << encoded(lines, "webp", 100);
+        QTest::newRow("lines in a tiff") << encoded(lines, "tiff");
+        QImage indexed(size, QImage::Format_Indexed8);
+        indexed.setColorTable({qRgb(0, 0, 0), qRgb(255, 255, 255)});
+        for (int y = 0; y < size.height(); ++y)
+            std::memset(indexed.scanLine(y), y % 2, size_t(size.width()));
+        QTest::newRow("lines in a gif") << gifOf(indexed, size, {}, GifRows::FromTheTop);
+        QTest::newRow("lines in a palette bmp") << encoded(indexed, "bmp");
+        QTest::newRow("lines in an interlaced gif")
+            << gifOf(indexed, size, {}, GifRows::Interlaced);
+        QTest::newRow("half clear black png") << encoded(clear, "png");
+        QTest::newRow("half clear black webp") << encoded(clear, "webp");
+        QTest::newRow("half clear black lossless webp") << encoded(clear, "webp", 100);
+    }
+    void countsEveryPixel()
+    {
+        QFETCH(QByteArray, bytes);
+        const auto picture = makePreviewData(bytes);
+        QVERIFY(picture);
+        const QImage preview = QImage::fromData(*picture);
+        QCOMPARE(std::max(preview.width(), preview.height()), 700);
+        for (int y = 4; y < preview.height() - 4; ++y) {
+            // Three target rows hold whole numbers of lines, near enough: 1100 to 700.
+            const int gray = (qGray(preview.pixel(preview.width() / 2, y))
+                              + qGray(preview.pixel(preview.width() / 2 + 1, y + 1))
+                              + qGray(preview.pixel(preview.width() / 2 + 2, y + 2)))
+                / 3;
+            QVERIFY2(gray > 85 && gray < 170, QByteArray::number(gray).constData());
+        }
+    }
+
+    void keepsAnEvenColour()
+    {
+        const QImage even = filled({1103, 907}, QImage::Format_RGB32, QColor(10, 100, 200));
+        for (const char *format : {"png", "bmp", "tiff"}) {
+            const auto picture = decodeImage(encoded(even, format), maximumPreviewSide);
+            QVERIFY2(picture, format);
+            for (int y = 0; y < picture->height(); ++y) {
+                for (int x = 0; x < picture->width(); ++x)
+                    QCOMPARE(picture->pixel(x, y), qRgb(10, 100, 200));
+            }
+        }
+    }
+
+    void doesNotMixColoursOfTransparentPixelsIn_data()
+    {
+        QTest::addColumn<QByteArray>("bytes");
+
+        // Columns of opaque red and of clear green: red over white is left.
+        QImage columns({1400, 900}, QImage::Format_ARGB32);
+        for (int y = 0; y < columns.height(); ++y) {
+            auto *line = reinterpret_cast<QRgb *>(columns.scanLine(y));
+            for (int x = 0; x < columns.width(); ++x)
+                line[x] = x % 2 == 0 ? qRgba(255, 0, 0, 255) : qRgba(0, 255, 0, 0);
+        }
+        QTest::newRow("png") << encoded(columns, "png");
+        QTest::newRow("lossless webp") << encoded(columns, "webp", 100);
+        QImage indexed(columns.size(), QImage::Format_Indexed8);
+        indexed.setColorTable({qRgb(255, 0, 0), qRgb(0, 255, 0)});
+        for (int y = 0; y < indexed.height(); ++y) {
+            for (int x = 0; x < indexed.width(); ++x)
+                indexed.scanLine(y)[x] = uchar(x % 2);
+        }
+        QTest::newRow("gif") << gifOf(indexed, indexed.size(), {}, GifRows::FromTheTop, 1);
+    }
+    void doesNotMixColoursOfTransparentPixelsIn()
+    {
+        QFETCH(QByteArray, bytes);
+        const QImage preview = previewOf(bytes);
+        QCOMPARE(preview.size(), QSize(700, 450));
+        QVERIFY(isNear(preview.pixel(350, 225), QColor(255, 127, 127)));
+    }
+
+    void putsAGifOnItsCanvas_data()
+    {
+        QTest::addColumn<GifRows>("rows");
+        QTest::addColumn<QSize>("canvas");
+        QTest::addColumn<QPoint>("place");
+        for (const QSize canvas : {QSize(200, 100), QSize(2000, 1000)}) {
+            const QPoint place(canvas.width() / 2, canvas.height() / 2);
+            QTest::addRow("from the top, %d", canvas.width())
+                << GifRows::FromTheTop << canvas << place;
+            QTest::addRow("interlaced, %d", canvas.width())
+                << GifRows::Interlaced << canvas << place;
+        }
+        QTest::newRow("reaching over the edge")
+            << GifRows::FromTheTop << QSize(200, 100) << QPoint(150, 75);
+        QTest::newRow("off the canvas")
+            << GifRows::FromTheTop << QSize(200, 100) << QPoint(300, 200);
+    }
+    void putsAGifOnItsCanvas()
+    {
+        QFETCH(GifRows, rows);
+        QFETCH(QSize, canvas);
+        QFETCH(QPoint, place);
+        // As large as half of the canvas: red above, blue below.
+        QImage picture(canvas / 2, QImage::Format_Indexed8);
+        picture.setColorTable({qRgb(255, 0, 0), qRgb(0, 0, 255)});
+        for (int y = 0; y < picture.height(); ++y)
+            std::memset(picture.scanLine(y), y < picture.height() / 2 ? 0 : 1,
+                        size_t(picture.width()));
+        const QImage preview = previewOf(gifOf(picture, canvas, place, rows));
+        const double scale = double(preview.width()) / canvas.width();
+        QCOMPARE(preview.width(), std::min(canvas.width(), 700));
+        QCOMPARE(preview.height(), preview.width() / 2);
+        const auto colorAt = [&](QPointF point) {
+            const QPoint pixel = (point * scale).toPoint();
+            return preview.rect().contains(pixel) ? std::optional(preview.pixel(pixel))
+                                                  : std::nullopt;
+        };
+        const QPointF middle(picture.width() / 3., picture.height() / 4.);
+        if (const auto above = colorAt(place + middle))
+            QVERIFY(isNear(*above, Qt::red));
+        if (const auto below = colorAt(place + middle + QPointF(0, picture.height() / 2.)))
+            QVERIFY(isNear(*below, Qt::blue));
+        QVERIFY(isNear(*colorAt(QPointF(canvas.width() / 4., canvas.height() / 4.)), Qt::white));
+    }
+
+    void readsInterlacedPngs()
+    {
+        // Seven passes of one colour each: every pixel takes that of the pass it comes in.
+        constexpr QSize size(1403, 901);
+        constexpr PngKind interlacedGray{.bitDepth = 8, .interlaced = true};
+        constexpr std::array<QPoint, 7> first{
+            {{0, 0}, {4, 0}, {0, 4}, {2, 0}, {0, 2}, {1, 0}, {0, 1}}};
+        constexpr std::array<QPoint, 7> step{
+            {{8, 8}, {8, 8}, {4, 8}, {4, 4}, {2, 4}, {2, 2}, {1, 2}}};
+        QByteArray rows;
+        double expected = 0;
+        for (size_t pass = 0; pass < first.size(); ++pass) {
+            const int columns
+                = (size.width() - first[pass].x() + step[pass].x() - 1) / step[pass].x();
+            const int lines
+                = (size.height() - first[pass].y() + step[pass].y() - 1) / step[pass].y();
+            const char gray = char(pass * 40);
+            rows += (QByteArray(1, '\0') + QByteArray(columns, gray)).repeated(lines);
+            expected += double(columns) * lines * quint8(gray) / size.width() / size.height();
+        }
+        const QImage preview = previewOf(pngOf(size, interlacedGray, rows));
+        QCOMPARE(preview.size(), QSize(700, 450));
+        double sum = 0;
+        for (int y = 0; y < preview.height(); ++y) {
+            for (int x = 0; x < preview.width(); ++x)
+                sum += qGray(preview.pixel(x, y));
+        }
+        QVERIFY(std::abs(sum / preview.width() / preview.height() - expected) < 2);
+
+        // Small ones, some of whose passes are empty, come out as they are.
+        for (const QSize small : {QSize(1, 1), QSize(3, 2), QSize(5, 9)}) {
+            QByteArray smallRows;
+            for (size_t pass = 0; pass < first.size(); ++pass) {
+                for (int y = first[pass].y(); y < small.height(); y += step[pass].y()) {
+                    QByteArray row;
+                    for (int x = first[pass].x(); x < small.width(); x += step[pass].x())
+                        row += char(x * 50 + y);
+                    if (!row.isEmpty())
+                        smallRows += '\0' + row;
+                }
+            }
+            const auto picture = decodeImage(pngOf(small, interlacedGray, smallRows), 700);
+            QVERIFY(picture);
+            QCOMPARE(picture->size(), small);
+            for (int y = 0; y < small.height(); ++y) {
+                for (int x = 0; x < small.width(); ++x)
+                    QCOMPARE(qGray(picture->pixel(x, y)), x * 50 + y);
+            }
+        }
+    }
+
+    void refusesAPngWithPixelsBehindTheLastRow()
+    {
+        const auto png = [](int surplusBytes) {
+            QByteArray rows(65 * 64, '\x01');
+            for (int y = 0; y < 64; ++y)
+                rows[qsizetype(y) * 65] = 0;
+            return pngOf({64, 64}, {.bitDepth = 8}, rows + QByteArray(surplusBytes, '\0'));
+        };
+        QVERIFY(makePreviewData(png(0)));
+        QVERIFY(makePreviewData(png(100'000)));
+        QVERIFY(!makePreviewData(png(100 << 20)));
     }
 
     void turnsTiffUpright_data()
@@ -275,16 +484,14 @@ private Q_SLOTS:
         constexpr QSize photograph(8000, 6000);
         const auto bytesFor = [&](const QByteArray &chunks) {
             const QByteArray file = "RIFF\x40\1\1\1WEBP" + chunks;
-            return decodingCost(file, ImageFormat::Webp, photograph)->bytes;
+            return webpCost(file, photograph)->bytes;
         };
-        QVERIFY(bytesFor("VP8 ") <= maximumDecodingBytes);
-        QVERIFY(bytesFor("VP8L") > maximumDecodingBytes);
+        QCOMPARE(bytesFor("VP8 "), 0);
+        QVERIFY(bytesFor("VP8L") <= maximumDecodingBytes);
         const QByteArray extended = QByteArray("VP8X\x0A\0\0\0\x10\0\0\0", 12);
-        QVERIFY(bytesFor(extended + "VP8 ") <= maximumDecodingBytes);
+        QCOMPARE(bytesFor(extended + "VP8 "), 0);
         // Packed transparency is a lossless picture of its own.
-        QVERIFY(bytesFor(extended + "ALPH") > bytesFor("VP8L"));
-        const QByteArray animated = QByteArray("VP8X\x0A\0\0\0\x02\0\0\0", 12);
-        QVERIFY(bytesFor(animated + "VP8 ") > maximumDecodingBytes);
+        QVERIFY(bytesFor(extended + "ALPH") > maximumDecodingBytes);
     }
 
     void leavesTextsBehind()

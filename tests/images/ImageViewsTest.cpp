@@ -123,6 +123,14 @@ private Q_SLOTS:
         QCOMPARE(item("name")->property("lineCount").toInt(), 1);
     }
 
+    void chipShowsANameWithALineFeedOnOneLine()
+    {
+        attach(encoded(quarters({40, 40}), "png"), u"tórax\nfrente.png"_s);
+        QCOMPARE(item("name")->property("text").toString(), u"tórax frente.png"_s);
+        QCOMPARE(item("name")->property("lineCount").toInt(), 1);
+        QVERIFY(!item("name")->property("truncated").toBool());
+    }
+
     void chipsButtonRemovesTheImage()
     {
         attach(encoded(quarters({40, 40}), "png"), u"a.png"_s);

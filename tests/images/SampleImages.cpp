@@ -16,6 +16,22 @@ QByteArray bigEndian(quint32 number)
     return bytes;
 }
 
+QByteArray littleEndian(quint32 number)
+{
+    QByteArray bytes(sizeof(number), '\0');
+    qToLittleEndian(number, bytes.data());
+    return bytes;
+}
+
+/// EXIF data with nothing but an orientation.
+QByteArray exifData(int orientation)
+{
+    return QByteArray::fromHex("4d4d002a00000008" // Header, first directory at 8
+                               "0001" // One entry
+                               "0112000300000001") // Orientation, one short
+        + char(0) + char(orientation) + QByteArray(6, '\0');
+}
+
 quint32 checkSum(const QByteArray &bytes)
 {
     constexpr quint32 polynomial = 0xEDB88320;
@@ -114,13 +130,26 @@ QImage storedWithOrientation(const QImage &upright, int orientation)
 
 QByteArray withExifOrientation(const QByteArray &jpeg, int orientation)
 {
-    const QByteArray tiff = QByteArray::fromHex("4d4d002a00000008" // Header, first directory at 8
-                                                "0001" // One entry
-                                                "0112000300000001") // Orientation, one short
-        + char(0) + char(orientation) + QByteArray(6, '\0');
-    const QByteArray payload = QByteArray("Exif\0\0", 6) + tiff;
+    const QByteArray payload = QByteArray("Exif\0\0", 6) + exifData(orientation);
     const QByteArray length = bigEndian(quint32(payload.size()) + 2).last(2);
     return jpeg.first(2) + "\xFF\xE1" + length + payload + jpeg.sliced(2);
+}
+
+QByteArray pngWithExifOrientation(const QByteArray &png, int orientation)
+{
+    return withPngChunk(png, pngChunk("eXIf", exifData(orientation)));
+}
+
+QByteArray webpWithExifOrientation(const QByteArray &webp, QSize size, int orientation)
+{
+    constexpr qsizetype headerEnd = 12;
+    const QByteArray hasExif("\x08\0\0\0", 4);
+    const QByteArray exif = exifData(orientation);
+    const QByteArray chunks = "VP8X" + littleEndian(10) + hasExif
+        + littleEndian(quint32(size.width()) - 1).first(3)
+        + littleEndian(quint32(size.height()) - 1).first(3) + webp.sliced(headerEnd) + "EXIF"
+        + littleEndian(quint32(exif.size())) + exif;
+    return "RIFF" + littleEndian(quint32(chunks.size()) + 4) + "WEBP" + chunks;
 }
 
 QByteArray pngChunk(const QByteArray &type, const QByteArray &data)
@@ -137,9 +166,16 @@ QByteArray withPngChunk(const QByteArray &png, const QByteArray &chunk)
 QByteArray flatPng(QSize size, const PngKind &kind)
 {
     const int bytesPerRow = kind.bytesPerRow > 0 ? kind.bytesPerRow : (size.width() + 7) / 8;
+    // Interlaced, there are nearly twice as many rows, each with a byte for its filter.
+    const int bytesBesides = kind.interlaced ? 3 : 1;
+    return pngOf(size, kind,
+                 QByteArray(qsizetype(size.height()) * (bytesPerRow + bytesBesides), '\0'));
+}
+
+QByteArray pngOf(QSize size, const PngKind &kind, const QByteArray &rows)
+{
     const QByteArray header = bigEndian(quint32(size.width())) + bigEndian(quint32(size.height()))
         + char(kind.bitDepth) + char(kind.colorType) + char(0) + char(0) + char(kind.interlaced);
-    const QByteArray rows(qsizetype(size.height()) * (bytesPerRow + 1), '\0');
     // What qCompress() puts before the stream is its length, which PNG has no use for.
     const QByteArray pixels = qCompress(rows, 9).sliced(4);
     return "\x89PNG\r\n\x1A\n" + pngChunk("IHDR", header)

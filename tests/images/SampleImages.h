@@ -23,6 +23,11 @@ QImage storedWithOrientation(const QImage &upright, int orientation);
 
 /// The JPEG with an EXIF segment that says `orientation`.
 QByteArray withExifOrientation(const QByteArray &jpeg, int orientation);
+/// The PNG with an eXIf chunk that says `orientation`.
+QByteArray pngWithExifOrientation(const QByteArray &png, int orientation);
+/// The WebP of that size, which has no extended header yet, with an EXIF chunk that says
+/// `orientation`.
+QByteArray webpWithExifOrientation(const QByteArray &webp, QSize size, int orientation);
 
 /// A PNG chunk with its length and its check sum.
 QByteArray pngChunk(const QByteArray &type, const QByteArray &data);
@@ -40,6 +45,8 @@ struct PngKind
     bool interlaced = false;
 };
 QByteArray flatPng(QSize size, const PngKind &kind);
+/// A PNG of those rows, each behind the number of its filter.
+QByteArray pngOf(QSize size, const PngKind &kind, const QByteArray &rows);
 
 /// 40 × 20, four inks.
 QByteArray cmykJpeg();

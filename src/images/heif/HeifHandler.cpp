@@ -2,7 +2,6 @@
 
 #include "HeifPlanes.h"
 #include "HeifTurns.h"
-#include "ImageFormat.h"
 #include "ImageLimits.h"
 
 #include <QColorSpace>
@@ -45,7 +44,7 @@ double samplesPerPixel(const QByteArray &heic)
 
 bool HeifHandler::canRead() const
 {
-    return imageFormat(device()->peek(64)) == ImageFormat::Heic;
+    return m_handle || !device()->atEnd();
 }
 
 bool HeifHandler::open()

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <QImageIOHandler>
+#include <QSize>
+
+/// What a file says about its picture before that is decoded.
+struct ImageHeader
+{
+    QSize size;
+    /// What turns the picture upright.
+    QImageIOHandler::Transformations transformation;
+};
