@@ -63,6 +63,8 @@ AnswerComposer::AnswerComposer(const StudyNotes &notes)
 
 Answer AnswerComposer::answer(const ChatQuestion &question, const UserContext &context) const
 {
+    if (auto emergency = m_emergencies.answerTo(question.message))
+        return *emergency;
     if (question.image)
         return imageAnswer(question);
 
@@ -104,6 +106,8 @@ Answer AnswerComposer::textAnswer(const ChatQuestion &question, const UserContex
         return withoutTopic(request);
     if (concepts)
         request.concepts = *concepts;
+    if (!request.concepts.contains(reading.main))
+        request.reading.main = request.concepts.value(0);
     request.subject = reading.subject;
     if (request.concepts.isEmpty() && request.subject.isEmpty()) {
         if (reading.kind == QuestionKind::Point)
@@ -211,7 +215,17 @@ AnswerComposer::conceptsFor(const QuestionReading &reading, const UserContext &c
         const bool goesOn = reading.kind == QuestionKind::Comparison && !context.turns.isEmpty()
             && reading.concepts.size() == 1 && reading.remainder.isEmpty() && earlier.size() == 1
             && earlier != reading.concepts;
-        return goesOn ? earlier + reading.concepts : reading.concepts;
+        if (goesOn)
+            return earlier + reading.concepts;
+        // "¿Qué enzima une los fragmentos de Okazaki?" names enzymes by the way.
+        const auto elsewhere = linesAbout(reading);
+        const bool isAnswered = !elsewhere.isEmpty()
+            && elsewhere.first().share >= answeringShare && elsewhere.first().wordCount > 1;
+        const auto here = index.linesAbout(reading.remainder, reading.main);
+        const bool isAnsweredHere = !here.isEmpty() && here.first().share >= reasoningShare;
+        if (reading.kind == QuestionKind::Concept && isAnswered && !isAnsweredHere)
+            return Concepts{elsewhere.first().line.known};
+        return reading.concepts;
     }
     if (!reading.subject.isEmpty())
         return std::nullopt;
@@ -232,7 +246,10 @@ AnswerComposer::conceptsFor(const QuestionReading &reading, const UserContext &c
         }
     }
     const auto lines = linesAbout(reading);
-    if (reading.kind == QuestionKind::Comparison || lines.isEmpty()
+    // What is asked for by its name alone has no note of its own.
+    const bool isName = reading.aspect.isEmpty() && !reading.asksToExplain
+        && reading.kind == QuestionKind::Concept && reading.remainder.size() <= 2;
+    if (isName || reading.kind == QuestionKind::Comparison || lines.isEmpty()
         || lines.first().share < answeringShare || lines.first().wordCount < 2)
         return std::nullopt;
     return Concepts{lines.first().line.known};

@@ -23,8 +23,7 @@ public:
 
     /// What the answer repeats of the question is one line, bounded, and holds no bold markers of
     /// its own. Its subject is what the notes call the concepts or the subject it is about, and
-    /// empty when it is about none. An emergency is not told from other questions here: see
-    /// `EmergencyAnswers`.
+    /// empty when it is about none. An emergency comes before anything else.
     Answer answer(const ChatQuestion &question, const UserContext &context) const;
 
 private:

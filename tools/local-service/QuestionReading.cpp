@@ -114,12 +114,17 @@ static QString writtenTopic(const QString &message, const QList<TextWord> &words
     return topicText(message.sliced(start, words[places.last()].end - start));
 }
 
-// Whether a new side begins between two words of `message`: "EPOC, asma", "mitosis y meiosis".
-static bool isSideEnd(const QString &message, const TextWord &before, const TextWord &word)
+static bool isBetweenSides(const QString &folded)
 {
     static const QSet<QString> between{u"y"_s,   u"e"_s,      u"o"_s,      u"u"_s,    u"vs"_s,
                                        u"con"_s, u"versus"_s, u"contra"_s, u"entre"_s};
-    if (between.contains(word.folded))
+    return between.contains(folded);
+}
+
+// Whether a new side begins between two words of `message`: "EPOC, asma", "mitosis y meiosis".
+static bool isSideEnd(const QString &message, const TextWord &before, const TextWord &word)
+{
+    if (isBetweenSides(word.folded))
         return true;
     const QString gap = message.sliced(before.end, std::max<qsizetype>(0, word.start - before.end));
     return gap.contains(u',') || gap.contains(u';') || gap.contains(u'/') || gap.contains(u':');
@@ -139,7 +144,7 @@ static QStringList sidesOf(const QString &message, const QList<TextWord> &words,
     for (qsizetype i = 0; i < words.size(); ++i) {
         if (i > 0 && isSideEnd(message, words[i - 1], words[i]))
             close();
-        if (topicPlaces.contains(i))
+        if (topicPlaces.contains(i) && !isBetweenSides(words[i].folded))
             side += i;
     }
     close();
