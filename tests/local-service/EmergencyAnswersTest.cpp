@@ -42,6 +42,10 @@ private Q_SLOTS:
         row("se me está cerrando la garganta", u"107"_s);
         row("mi viejo se desmayó y no responde", u"107"_s);
         row("mi hermano está convulsionando", u"107"_s);
+        row("siento que me aplastan el pecho", u"107"_s);
+        row("ya no quiero estar en este mundo", u"135"_s);
+        row("sería mejor no estar", u"135"_s);
+        row("choqué con la moto y no siento las piernas", u"107"_s);
         row("necesito una ambulancia", u"107"_s);
         row("soy paciente cardíaco y me duele el pecho", u"107"_s);
     }

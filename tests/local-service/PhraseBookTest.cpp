@@ -33,6 +33,9 @@ private Q_SLOTS:
         QTest::newRow("none of several") << u"(mas|muy) largo"_s << u"re largo"_s << false;
         QTest::newRow("missing") << u"no (lo)? entendi"_s << u"no entendi"_s << true;
         QTest::newRow("there") << u"no (lo)? entendi"_s << u"no lo entendi"_s << true;
+        QTest::newRow("missing in an alternative")
+            << u"no (quiero|puedo (mas)? seguir)"_s << u"no puedo seguir"_s << true;
+        QTest::newRow("one of several or the end") << u"no (mas|$)"_s << u"que no"_s << true;
         QTest::newRow("beginning of a word") << u"explic*"_s << u"explicame"_s << true;
         QTest::newRow("any word") << u"me duele * pecho"_s << u"me duele el pecho"_s << true;
         QTest::newRow("only one word") << u"me duele * pecho"_s << u"me duele pecho"_s << false;

@@ -17,7 +17,7 @@ static constexpr qsizetype mostCompared = 4;
 static constexpr qsizetype mostRecalled = 3;
 static constexpr qsizetype mostNearby = 3;
 static constexpr qsizetype mostMentions = 4;
-static constexpr qsizetype shortestTopic = 7;
+static constexpr qsizetype shortestTopic = 6;
 static constexpr int usualQuestions = 5;
 static constexpr int mostQuestions = 20;
 // A line of the notes that holds this share of a question is what it asks for; one that holds the
@@ -114,6 +114,8 @@ Answer AnswerComposer::textAnswer(const ChatQuestion &question, const UserContex
             return FollowUpAnswers(m_notes).point(reading, context, nullptr);
         if (reading.remainder.isEmpty())
             return withoutTopic(request);
+        if (reading.kind == QuestionKind::Subject)
+            return unknown(request);
         if (reading.kind == QuestionKind::Comparison) {
             if (auto answer = partsComparison(request))
                 return *answer;
@@ -219,8 +221,8 @@ AnswerComposer::conceptsFor(const QuestionReading &reading, const UserContext &c
             return earlier + reading.concepts;
         // "¿Qué enzima une los fragmentos de Okazaki?" names enzymes by the way.
         const auto elsewhere = linesAbout(reading);
-        const bool isAnswered = !elsewhere.isEmpty()
-            && elsewhere.first().share >= answeringShare && elsewhere.first().wordCount > 1;
+        const bool isAnswered = !elsewhere.isEmpty() && elsewhere.first().share >= answeringShare
+            && elsewhere.first().wordCount > 1;
         const auto here = index.linesAbout(reading.remainder, reading.main);
         const bool isAnsweredHere = !here.isEmpty() && here.first().share >= reasoningShare;
         if (reading.kind == QuestionKind::Concept && isAnswered && !isAnsweredHere)

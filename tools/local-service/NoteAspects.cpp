@@ -90,9 +90,8 @@ QStringList NoteAspects::linesFor(const QuestionReading &reading, const StudyCon
         const QStringList own = ConceptIndex::topicStems(foldedWords(textWords(known.title)));
         // "epitelio" is no part of "tejido epitelial".
         const bool isPart = std::none_of(stems.begin(), stems.end(), [&](const QString &stem) {
-            return std::any_of(own.begin(), own.end(), [&](const QString &word) {
-                return word.startsWith(stem.left(5));
-            });
+            return std::any_of(own.begin(), own.end(),
+                               [&](const QString &word) { return word.startsWith(stem.left(5)); });
         });
         if (isPart && m_index.mentions(m_index.words(name)).value(0).known == &known)
             add(linesWith(stems, known).mid(0, 2));

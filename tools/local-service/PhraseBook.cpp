@@ -29,6 +29,9 @@ static QString tokenExpression(QString token)
     const bool mayEnd = token.contains("|$)"_L1);
     token.remove("|$"_L1);
     token.replace("*"_L1, "\\S*"_L1);
+    // A word that may be missing inside an alternative takes its blank along.
+    static const QRegularExpression mayMiss(u"\\(([^()]*)\\)\\? "_s);
+    token.replace(mayMiss, u"(?:(?:\\1) )?"_s);
     QString word = "(?:"_L1 + token + ")"_L1 + u' ';
     if (mayEnd)
         word = "(?:"_L1 + word + "|$)"_L1;
