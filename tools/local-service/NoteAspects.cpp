@@ -9,6 +9,8 @@
 using namespace Qt::StringLiterals;
 
 static constexpr qsizetype mostLines = 3;
+// Steps are told whole.
+static constexpr qsizetype mostSteps = 8;
 // A line that holds this share of what is asked answers it.
 static constexpr double enoughShare = 0.45;
 
@@ -119,7 +121,7 @@ QStringList NoteAspects::linesFor(const QuestionReading &reading, const StudyCon
     if (lines.isEmpty()) {
         for (const QString &keys : aspect.value(u"si falta"_s)) {
             for (const QString &key : keys.split(u", "_s))
-                add(known.values.value(key));
+                add(known.values.value(key), mostSteps);
         }
     }
     return lines;
