@@ -82,6 +82,17 @@ private Q_SLOTS:
         checkLines(answer.lines);
     }
 
+    void saysOfASubjectWhatItLacks()
+    {
+        const QString lacks = u"todavía no tengo una nota"_s;
+        QVERIFY(m_composer.answer({u"Quiero estudiar Anatomía. "_s, {}, {}}, {})
+                    .lines.filter(lacks)
+                    .isEmpty());
+        const auto lines
+            = m_composer.answer({u"Quiero estudiar Anatomía. El peritoneo"_s, {}, {}}, {}).lines;
+        QCOMPARE(lines.filter(u"Sobre **peritoneo** "_s + lacks).size(), 1);
+    }
+
     void isShortWhereNothingIsKnown_data()
     {
         QTest::addColumn<QString>("message");
@@ -368,6 +379,7 @@ private:
             QVERIFY(!line.trimmed().isEmpty());
             QVERIFY2(!line.contains(control), qUtf8Printable(line));
             QVERIFY2(line.count("**"_L1) % 2 == 0, qUtf8Printable(line));
+            QVERIFY2(!line.contains("****"_L1), qUtf8Printable(line));
         }
     }
 

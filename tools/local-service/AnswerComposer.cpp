@@ -18,6 +18,7 @@ static constexpr qsizetype mostRecalled = 3;
 static constexpr qsizetype mostNearby = 3;
 static constexpr qsizetype mostMentions = 4;
 static constexpr qsizetype shortestTopic = 6;
+static constexpr qsizetype shortestNearby = 5;
 static constexpr int usualQuestions = 5;
 static constexpr int mostQuestions = 20;
 // A line of the notes that holds this share of a question is what it asks for; one that holds the
@@ -312,7 +313,10 @@ Answer AnswerComposer::unknown(const Request &request) const
         values[u"tema"_s] = {request.reading.topic};
 
     QStringList nearby;
-    for (const LineMatch &match : linesAbout(request.reading)) {
+    // Alone, a short word often means something else in the notes: a drop for the gout.
+    const QStringList &asked = request.reading.remainder;
+    const bool isTelling = asked.size() > 1 || asked.value(0).size() >= shortestNearby;
+    for (const LineMatch &match : isTelling ? linesAbout(request.reading) : QList<LineMatch>()) {
         if (match.share < nearbyShare || nearby.size() == mostNearby)
             break;
         const QString title = inBold(match.line.known->title);
@@ -369,11 +373,26 @@ Answer AnswerComposer::mentionsAnswer(const Request &request, const QList<LineMa
             return line.line.known == known;
         });
         values[u"concepto"_s] += known->title;
-        values[u"renglón"_s] += NoteAspects::lineText(match->line);
-        values[u"distingue"_s] += known->values.value(u"distingue"_s).value(0);
+        values[u"renglón"_s] += capitalized(NoteAspects::lineText(match->line));
+        values[u"distingue"_s] += capitalized(known->values.value(u"distingue"_s).value(0));
     }
     const QString form = asksToReason ? u"razonar-signo"_s : u"menciones"_s;
     return {fillForm(m_notes.form(form), values), concepts.first()->title};
+}
+
+// The stems of each side without those of the names of `known`, which tell its sides apart no more
+// than its title does: in "el hueso compacto y el esponjoso" every line speaks of bone.
+static QList<QStringList> stemsWithoutNames(QList<QStringList> sides, const StudyConcept &known)
+{
+    const QStringList names
+        = ConceptIndex::topicStems(foldedWords(textWords(known.names.join(u' '))));
+    for (QStringList &side : sides) {
+        QStringList telling = side;
+        telling.removeIf([&](const QString &stem) { return names.contains(stem); });
+        if (!telling.isEmpty())
+            side = telling;
+    }
+    return sides;
 }
 
 // What one note says of each of the sides of a question: "genotipo y fenotipo".
@@ -396,10 +415,6 @@ std::optional<Answer> AnswerComposer::partsComparison(const Request &request) co
                 some.removeAll(stem);
         }
     }
-    // "el pulmón derecho y el izquierdo": the second side is short for the same.
-    for (QStringList &some : stems)
-        some = some.mid(std::max<qsizetype>(0, some.size() - 1));
-
     Concepts candidates = request.concepts;
     if (candidates.isEmpty()) {
         for (const LineMatch &match : linesAbout(request.reading)) {
@@ -410,17 +425,18 @@ std::optional<Answer> AnswerComposer::partsComparison(const Request &request) co
     for (const StudyConcept *known : std::as_const(candidates)) {
         NoteValues values{{u"Tema"_s, {capitalized(spanishList(sides))}},
                           {u"título"_s, {known->title}}};
+        const QList<QStringList> tellingStems = stemsWithoutNames(stems, *known);
         QStringList every;
-        for (const QStringList &some : std::as_const(stems))
+        for (const QStringList &some : tellingStems)
             every += some;
-        const QStringList together = m_aspects.linesWith(every, *known);
+        const QStringList together = NoteAspects::linesWith(every, *known);
         QStringList lines{fillForm(m_notes.form(u"comparar-partes"_s), values)};
         bool isWhole = true;
         if (!together.isEmpty())
             lines += fillForm(m_notes.form(u"comparar-lado"_s),
                               {{u"lado"_s, {u"Frente a frente"_s}}, {u"renglón"_s, together}});
         for (qsizetype i = 0; i < sides.size(); ++i) {
-            QStringList own = m_aspects.linesWith(stems[i], *known);
+            QStringList own = NoteAspects::linesWith(tellingStems[i], *known);
             isWhole = isWhole && !own.isEmpty();
             for (const QString &line : together)
                 own.removeAll(line);

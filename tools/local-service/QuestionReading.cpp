@@ -205,8 +205,9 @@ QuestionReading QuestionReader::read(const QString &message) const
     if (!aspects.isEmpty())
         reading.aspect = aspects.first().section;
 
+    const QStringList subjectWords = foldedWords(textWords(reading.subject));
     for (qsizetype i = 0; i < asking.size(); ++i) {
-        if (m_requests.isPhraseWord(asking[i]))
+        if (m_requests.isPhraseWord(asking[i]) || subjectWords.contains(asking[i]))
             used += i;
     }
     for (const PhraseMatch &match : aspects) {

@@ -19,9 +19,9 @@ QString wordStem(const QString &folded)
     QString stem = folded;
     if (stem.size() >= 4 && stem.endsWith(u's'))
         stem.chop(1);
-    if (stem.size() >= 4 && stem.endsWith(u'e'))
-        stem.chop(1);
-    else if (stem.size() >= 5 && (stem.endsWith(u'a') || stem.endsWith(u'o')))
+    const bool endsInE = stem.size() >= 4 && stem.endsWith(u'e');
+    const bool endsInGender = stem.size() >= 5 && (stem.endsWith(u'a') || stem.endsWith(u'o'));
+    if (endsInE || endsInGender)
         stem.chop(1);
     if (stem.endsWith(u'z'))
         stem.back() = u'c';
@@ -36,7 +36,10 @@ QString wordSound(const QString &stem)
         const QChar next = i + 1 < stem.size() ? stem[i + 1] : QChar();
         const bool isSoft = next == u'e' || next == u'i';
         QChar heard = c;
-        if (c == u'h' && !(i > 0 && stem[i - 1] == u'c'))
+        const QChar before = i > 0 ? stem[i - 1] : QChar();
+        const bool isSilent = (c == u'h' && before != u'c') || (c == u'u' && before == u'q')
+            || (c == u'l' && before == u'l');
+        if (isSilent)
             continue;
         if (c == u'v')
             heard = u'b';
@@ -44,14 +47,10 @@ QString wordSound(const QString &stem)
             heard = u's';
         else if (c == u'c' || c == u'q')
             heard = u'k';
-        else if (c == u'u' && i > 0 && stem[i - 1] == u'q')
-            continue;
         else if (c == u'g' && isSoft)
             heard = u'j';
         else if (c == u'l' && next == u'l')
             heard = u'y';
-        else if (c == u'l' && i > 0 && stem[i - 1] == u'l')
-            continue;
         if (sound.isEmpty() || sound.back() != heard)
             sound += heard;
     }
