@@ -236,13 +236,14 @@ private Q_SLOTS:
         constexpr int linesPerSecond = 20;
         const RunningService service(QString::number(linesPerSecond));
         // Compressed lines would wait for each other.
-        const auto exchange = service.ask("hola", "Accept-Encoding: gzip, deflate, br\r\n");
+        const auto exchange
+            = service.ask("Quiero estudiar Genética.", "Accept-Encoding: gzip, deflate, br\r\n");
         QTRY_VERIFY_WITH_TIMEOUT(!exchange->body().isEmpty(), patience);
         QElapsedTimer timer;
         timer.start();
         QVERIFY(!exchange->isWhole());
         QCOMPARE(exchange->header("Content-Encoding"), QByteArray());
-        QVERIFY(exchange->body().startsWith("# ¡Hola!"));
+        QVERIFY(exchange->body().startsWith("# Genética"));
         const auto linesAtFirst = exchange->body().count('\n');
 
         QTRY_VERIFY_WITH_TIMEOUT(exchange->body().count('\n') > linesAtFirst, patience);

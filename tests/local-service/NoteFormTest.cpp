@@ -41,6 +41,16 @@ private Q_SLOTS:
         QCOMPARE(fillForm({line}, values), lines);
     }
 
+    void leavesOutBareHeadings()
+    {
+        const NoteValues values{{u"uno"_s, {u"1"_s}}};
+        QCOMPARE(fillForm({u"# Título"_s, u"## A"_s, u"{nadie}"_s, u"## B"_s, u"{uno}"_s, u"## C"_s,
+                           u"### D"_s, u"{uno}"_s, u"## E"_s},
+                          values),
+                 (QStringList{u"# Título"_s, u"## B"_s, u"1"_s, u"## C"_s, u"### D"_s, u"1"_s}));
+        QCOMPARE(fillForm({u"# Título"_s, u"{nadie}"_s}, values), QStringList{u"# Título"_s});
+    }
+
     void listsNames()
     {
         QCOMPARE(formNames({u"{n}. {a}"_s, u"{b c} {a}"_s, u"nada"_s}),

@@ -19,6 +19,16 @@ private Q_SLOTS:
         QVERIFY(!holdsWords(u"que es la mitosis"_s, u"mito"_s));
     }
 
+    void knowsWhereWordsStand()
+    {
+        const QString text = u"¿Qué es  la célula?"_s;
+        const QList<TextWord> words = textWords(text);
+        QCOMPARE(foldedWords(words), (QStringList{u"que"_s, u"es"_s, u"la"_s, u"celula"_s}));
+        QCOMPARE(text.sliced(words.last().start, words.last().end - words.last().start),
+                 u"célula"_s);
+        QVERIFY(textWords(u"¿?..."_s).isEmpty());
+    }
+
     void keepsOneLine_data()
     {
         QTest::addColumn<QString>("text");
@@ -77,13 +87,6 @@ private Q_SLOTS:
         QFETCH(QStringList, parts);
         QFETCH(QString, text);
         QCOMPARE(spanishList(parts), text);
-    }
-
-    void findsWords()
-    {
-        QCOMPARE(significantWords(u"¿Qué relación hay entre el páncreas y la vesícula? Páncreas"_s),
-                 (QStringList{u"páncreas"_s, u"vesícula"_s}));
-        QVERIFY(significantWords(u"hola, ¿cómo va?"_s).isEmpty());
     }
 };
 

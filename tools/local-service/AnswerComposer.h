@@ -2,35 +2,65 @@
 
 #include "Answer.h"
 #include "ChatQuestion.h"
+#include "EmergencyAnswers.h"
+#include "NoteAspects.h"
 #include "NoteForm.h"
+#include "QuestionReading.h"
+#include "UserContext.h"
 
 #include <QString>
 #include <QStringList>
 
 class StudyNotes;
 
-/// Writes the answer to a question from the study notes. The same question, with the same recent
-/// subjects, always gets the same answer.
+/// Writes the answer to a question from the study notes. The same question in the same context
+/// always gets the same answer.
 class AnswerComposer
 {
 public:
     /// `notes` is borrowed and outlives this object.
     explicit AnswerComposer(const StudyNotes &notes);
 
-    /// `recentSubjects` is what the same user asked about before, newest first. What the answer
-    /// repeats of the question is one line, bounded, and holds no bold markers of its own.
-    Answer answer(const ChatQuestion &question, const QStringList &recentSubjects) const;
+    /// What the answer repeats of the question is one line, bounded, and holds no bold markers of
+    /// its own. Its subject is what the notes call the concepts or the subject it is about, and
+    /// empty when it is about none. An emergency comes before anything else.
+    Answer answer(const ChatQuestion &question, const UserContext &context) const;
 
 private:
-    Answer imageAnswer(const ChatQuestion &question, const QStringList &recentSubjects) const;
-    Answer subjectAnswer(const QString &subject, const QString &aim,
-                         const QStringList &recentSubjects) const;
-    Answer comparison(const QString &topic, const QStringList &recentSubjects) const;
-    Answer openAnswer(const QString &message, const QStringList &recentSubjects) const;
-    Answer topicAnswer(const QString &form, const QString &topic,
-                       const QStringList &recentSubjects) const;
-    QString subjectOf(const QString &topic) const;
-    NoteValues topicValues(const QString &topic, const QStringList &recentSubjects) const;
+    using Concepts = QList<const StudyConcept *>;
+    struct Request
+    {
+        QuestionReading reading;
+        const UserContext &context;
+        // What the reading names, or what it goes on with.
+        Concepts concepts;
+        QString subject;
+    };
+
+    Answer textAnswer(const ChatQuestion &question, const UserContext &context) const;
+    Answer imageAnswer(const ChatQuestion &question) const;
+    Answer socialAnswer(const QString &form, const UserContext &context) const;
+    Answer withoutTopic(const Request &request) const;
+    Answer unknown(const Request &request) const;
+    Answer mentionsAnswer(const Request &request, const QList<LineMatch> &lines) const;
+    std::optional<Answer> partsComparison(const Request &request) const;
+    Answer conceptAnswer(const QString &form, const Request &request) const;
+    Answer comparison(const Request &request) const;
+    Answer practice(const Request &request) const;
+    Answer clinicalCase(const Request &request) const;
+    Answer subjectAnswer(const Request &request) const;
+    Answer simpler(const Request &request) const;
+    Answer example(const Request &request) const;
+
+    QList<LineMatch> linesAbout(const QuestionReading &reading) const;
+    std::optional<Concepts> conceptsFor(const QuestionReading &reading,
+                                        const UserContext &context) const;
+    NoteValues conceptValues(const StudyConcept &known, const QuestionReading &reading) const;
+    NoteValues serviceValues(const UserContext &context) const;
+    QStringList otherTitles(const StudyConcept &known) const;
 
     const StudyNotes &m_notes;
+    EmergencyAnswers m_emergencies;
+    QuestionReader m_reader;
+    NoteAspects m_aspects;
 };

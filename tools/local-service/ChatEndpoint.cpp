@@ -57,7 +57,7 @@ std::variant<Answer, Refusal> ChatEndpoint::respond(const IncomingRequest &reque
         return *refusal;
 
     const auto &question = std::get<ChatQuestion>(parsed);
-    Answer answer = m_composer.answer(question, m_memory.subjects(question.userId));
+    Answer answer = m_composer.answer(question, {m_memory.subjects(question.userId), {}});
     m_memory.remember(question.userId, answer.subject);
     return answer;
 }

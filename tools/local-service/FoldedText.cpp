@@ -11,6 +11,33 @@ QString foldedText(const QString &text)
     return folded.simplified();
 }
 
+QList<TextWord> textWords(const QString &text)
+{
+    QList<TextWord> words;
+    const auto isPart = [](QChar c) { return c.isLetterOrNumber() || c.isMark(); };
+    for (qsizetype start = 0; start < text.size();) {
+        qsizetype end = start;
+        while (end < text.size() && isPart(text[end]))
+            ++end;
+        if (end > start) {
+            const QString folded = foldedText(text.sliced(start, end - start)).remove(u' ');
+            if (!folded.isEmpty())
+                words += TextWord{folded, start, end};
+        }
+        start = end + 1;
+    }
+    return words;
+}
+
+QStringList foldedWords(const QList<TextWord> &words)
+{
+    QStringList folded;
+    folded.reserve(words.size());
+    for (const TextWord &word : words)
+        folded += word.folded;
+    return folded;
+}
+
 bool holdsWords(const QString &folded, const QString &needle)
 {
     return (u' ' + folded + u' ').contains(u' ' + needle + u' ');

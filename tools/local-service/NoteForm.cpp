@@ -41,6 +41,26 @@ static QString filledLine(QStringView line, const NoteValues &values, qsizetype 
     return filled;
 }
 
+// How deep a heading is; 0 for any other line.
+static qsizetype headingLevel(const QString &line)
+{
+    qsizetype level = 0;
+    while (level < line.size() && line[level] == u'#')
+        ++level;
+    return line.mid(level, 1) == u' ' ? level : 0;
+}
+
+// Leaves out the headings under the title that nothing stands under.
+static void removeBareHeadings(QStringList &lines)
+{
+    for (qsizetype i = lines.size() - 1; i >= 0; --i) {
+        const qsizetype level = headingLevel(lines[i]);
+        const qsizetype next = i + 1 < lines.size() ? headingLevel(lines[i + 1]) : 1;
+        if (level > 1 && next > 0 && next <= level)
+            lines.removeAt(i);
+    }
+}
+
 QStringList fillForm(const QStringList &form, const NoteValues &values)
 {
     QStringList lines;
@@ -55,6 +75,7 @@ QStringList fillForm(const QStringList &form, const NoteValues &values)
         for (qsizetype i = 0; isComplete && i < repetitions; ++i)
             lines += filledLine(line, values, i);
     }
+    removeBareHeadings(lines);
     return lines;
 }
 

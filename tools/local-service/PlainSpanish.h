@@ -16,6 +16,3 @@ QString capitalized(const QString &text);
 
 /// "a", "a y b", "a, b y c"; "e" before the sound of an i.
 QString spanishList(const QStringList &parts);
-
-/// The words of `text` worth an entry of their own, each once, as written and in order.
-QStringList significantWords(const QString &text);

@@ -9,8 +9,12 @@
 struct StudyConcept
 {
     QString title;
-    /// Folded; the title and every other name it goes by.
+    /// The one of the six subjects that it belongs to.
+    QString subject;
+    /// The title and every other name it goes by, as written.
     QStringList names;
+    /// Names that hold one of its own and mean something else.
+    QStringList otherThings;
     /// What its note says, by key, ready to fill a form with.
     NoteValues values;
 };

@@ -5,6 +5,8 @@
 #include <QDir>
 #include <QFile>
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 static QStringList fileLines(const QString &path)
@@ -20,32 +22,30 @@ static QStringList fileLines(const QString &path)
     return lines;
 }
 
-static QList<StudyConcept> parseConcepts(const QStringList &lines)
-{
-    QList<StudyConcept> concepts;
-    for (const QString &line : lines) {
-        if (line.startsWith("# "_L1)) {
-            const QString title = line.sliced(2);
-            concepts += StudyConcept{title, {foldedText(title)}, {}};
-            continue;
-        }
-        const qsizetype colon = line.indexOf(u':');
-        if (colon < 0 || concepts.isEmpty())
-            qFatal("Not a note's line: %s", qUtf8Printable(line));
-        const QString key = line.first(colon).trimmed();
-        const QString value = line.sliced(colon + 1).trimmed();
-        if (key == "alias"_L1)
-            concepts.last().names += foldedText(value);
-        else
-            concepts.last().values[key] += value;
-    }
-    return concepts;
-}
-
 // notes/ names files by what a subject is called, without accents or blanks.
 static QString fileName(const QString &form)
 {
     return foldedText(form).replace(u' ', u'-');
+}
+
+static QString subjectOfFile(const QString &name)
+{
+    for (const QString &subject : StudyNotes::subjects()) {
+        if (name.startsWith(fileName(subject)))
+            return subject;
+    }
+    qFatal("A file of concepts of no subject: %s", qUtf8Printable(name));
+}
+
+static StudyConcept conceptFrom(NoteSection section, const QString &subject)
+{
+    StudyConcept result;
+    result.title = section.title;
+    result.subject = subject;
+    result.names = QStringList{section.title} + section.values.take(u"alias"_s);
+    result.otherThings = section.values.take(u"no es"_s);
+    result.values = std::move(section.values);
+    return result;
 }
 
 StudyNotes::StudyNotes()
@@ -53,9 +53,16 @@ StudyNotes::StudyNotes()
     const QDir notes(u":/notes"_s);
     for (const QString &name : notes.entryList(QDir::Files))
         m_forms.insert(name.chopped(3), fileLines(notes.filePath(name)));
+    const QDir phrases(notes.filePath(u"frases"_s));
+    for (const QString &name : phrases.entryList(QDir::Files)) {
+        m_phrases.insert(name.chopped(3), parseNoteSections(fileLines(phrases.filePath(name))));
+    }
     const QDir concepts(notes.filePath(u"conceptos"_s));
-    for (const QString &name : concepts.entryList(QDir::Files))
-        m_concepts += parseConcepts(fileLines(concepts.filePath(name)));
+    for (const QString &name : concepts.entryList(QDir::Files)) {
+        for (const NoteSection &section : parseNoteSections(fileLines(concepts.filePath(name))))
+            m_concepts += conceptFrom(section, subjectOfFile(name));
+    }
+    m_index = ConceptIndex(m_concepts, m_phrases.value(u"siglas"_s));
 }
 
 QStringList StudyNotes::subjects()
@@ -79,18 +86,26 @@ QStringList StudyNotes::form(const QString &name) const
     return m_forms.value(fileName(name));
 }
 
+QList<NoteSection> StudyNotes::phrases(const QString &name) const
+{
+    return m_phrases.value(name);
+}
+
+QList<const StudyConcept *> StudyNotes::conceptsOf(const QString &subject) const
+{
+    QList<const StudyConcept *> found;
+    for (const StudyConcept &known : m_concepts) {
+        if (known.subject == subject)
+            found += &known;
+    }
+    return found;
+}
+
 const StudyConcept *StudyNotes::conceptIn(const QString &text) const
 {
-    const QString folded = foldedText(text);
-    const StudyConcept *best = nullptr;
-    qsizetype bestLength = 0;
-    for (const StudyConcept &candidate : m_concepts) {
-        for (const QString &name : candidate.names) {
-            if (name.size() > bestLength && holdsWords(folded, name)) {
-                best = &candidate;
-                bestLength = name.size();
-            }
-        }
-    }
-    return best;
+    const auto mentions = m_index.mentions(m_index.words(text));
+    const auto longest = std::max_element(
+        mentions.begin(), mentions.end(),
+        [](const ConceptMention &a, const ConceptMention &b) { return a.length < b.length; });
+    return longest == mentions.end() ? nullptr : longest->known;
 }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "ConceptIndex.h"
+#include "NoteSection.h"
 #include "StudyConcept.h"
 
 #include <QHash>
@@ -8,15 +10,12 @@
 #include <QStringList>
 
 /// The study notes compiled into the service. They are text files under notes/, edited without
-/// knowing this program:
-/// - notes/NAME.md is a form (see `fillForm`), a page of one of the subjects among them;
-/// - notes/conceptos/ANY.md holds concepts: "# Title", then "key: value" lines. A key may repeat;
-///   "alias" gives other names that people use.
-/// Blank lines are for the reader of the file only.
+/// knowing this program; notes.md says how.
 class StudyNotes
 {
 public:
     StudyNotes();
+    Q_DISABLE_COPY_MOVE(StudyNotes)
 
     /// The six subjects, in the order students see them.
     static QStringList subjects();
@@ -27,7 +26,12 @@ public:
     /// The lines of notes/`name`.md; for a subject `name` is its title.
     QStringList form(const QString &name) const;
 
+    /// The sections of notes/frases/`name`.md.
+    QList<NoteSection> phrases(const QString &name) const;
+
     const QList<StudyConcept> &concepts() const { return m_concepts; }
+    QList<const StudyConcept *> conceptsOf(const QString &subject) const;
+    const ConceptIndex &index() const { return m_index; }
 
     /// The concept whose name stands in `text`, the longest name if several do; null when none
     /// does.
@@ -35,5 +39,7 @@ public:
 
 private:
     QHash<QString, QStringList> m_forms;
+    QHash<QString, QList<NoteSection>> m_phrases;
     QList<StudyConcept> m_concepts;
+    ConceptIndex m_index;
 };

@@ -1,0 +1,135 @@
+#include "EmergencyAnswers.h"
+
+#include "StudyNotes.h"
+
+#include <QElapsedTimer>
+#include <QRegularExpression>
+#include <QTest>
+
+using namespace Qt::StringLiterals;
+
+class EmergencyAnswersTest : public QObject
+{
+    Q_OBJECT
+
+private Q_SLOTS:
+    void answersEmergencies_data()
+    {
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("number");
+
+        const auto row = [](const char *message, const QString &number) {
+            QTest::newRow(message) << QString::fromUtf8(message) << number;
+        };
+        row("me duele el pecho y se me va al brazo", u"107"_s);
+        row("ME DUELE MUCHO EL PECHO", u"107"_s);
+        row("estudiando para el parcial me empezó a doler el pecho, me duele el pecho fuerte",
+            u"107"_s);
+        row("mi papá tiene un dolor en el pecho que no se le va", u"107"_s);
+        row("creo que me está dando un infarto", u"107"_s);
+        row("se me durmió media cara y no puedo hablar bien", u"107"_s);
+        row("a mi abuela se le torció la boca", u"107"_s);
+        row("me corté y no para de sangrar", u"107"_s);
+        row("estoy vomitando sangre", u"107"_s);
+        row("mi hijo se tomó lavandina", u"0800 333 0160"_s);
+        row("me tomé veinte pastillas de clonazepam", u"0800 333 0160"_s);
+        row("me quiero morir", u"135"_s);
+        row("kiero matarme", u"135"_s);
+        row("no quiero vivir más", u"135"_s);
+        row("desaprobé el final y me quiero matar, lo digo en serio", u"135"_s);
+        row("mi amiga se quiere matar", u"135"_s);
+        row("mi bebé no respira", u"107"_s);
+        row("se me está cerrando la garganta", u"107"_s);
+        row("mi viejo se desmayó y no responde", u"107"_s);
+        row("mi hermano está convulsionando", u"107"_s);
+        row("siento que me aplastan el pecho", u"107"_s);
+        row("ya no quiero estar en este mundo", u"135"_s);
+        row("sería mejor no estar", u"135"_s);
+        row("choqué con la moto y no siento las piernas", u"107"_s);
+        row("necesito una ambulancia", u"107"_s);
+        row("soy paciente cardíaco y me duele el pecho", u"107"_s);
+    }
+    void answersEmergencies()
+    {
+        QFETCH(QString, message);
+        QFETCH(QString, number);
+        const auto answer = m_emergencies.answerTo(message);
+        QVERIFY(answer);
+        QVERIFY(answer->subject.isEmpty());
+        QVERIFY(answer->lines.size() >= 3 && answer->lines.size() <= 5);
+        QVERIFY2(answer->lines.first().contains(number), qUtf8Printable(answer->lines.first()));
+        QVERIFY(answer->lines.first().startsWith("**"_L1));
+    }
+
+    void leavesStudyAlone_data()
+    {
+        QTest::addColumn<QString>("message");
+        for (const char *message :
+             {"¿qué es un infarto?", "síntomas de ACV",
+              "¿por qué el dolor del infarto va al brazo?",
+              "caso clínico de un hombre de 60 años con dolor de pecho",
+              "paciente que refiere \"me duele el pecho\"",
+              "tratamiento de la sobredosis de opioides", "explicame hemorragia digestiva",
+              "factores de riesgo de suicidio", "me muero de sueño", "este parcial me mata",
+              "tengo que estudiar dolor torácico", "tomé un café y sigo con histología",
+              "¿qué hago si un paciente convulsiona?",
+              "mi abuelo murió de un infarto hace años, ¿qué es un infarto?",
+              "no doy más con anatomía", "me duele la cabeza de tanto leer",
+              "corté un órgano en el TP de anatomía", "hola", ""})
+            QTest::newRow(message) << QString::fromUtf8(message);
+    }
+    void leavesStudyAlone()
+    {
+        QFETCH(QString, message);
+        QVERIFY(!m_emergencies.answerTo(message));
+    }
+
+    void caresForAFigureOfSpeech()
+    {
+        for (const QString &message : {u"me quiero morir con este parcial"_s,
+                                       u"me quiero matar, no entiendo la meiosis"_s}) {
+            QVERIFY(!m_emergencies.answerTo(message));
+            const auto care = m_emergencies.careLine(message);
+            QVERIFY(care);
+            QVERIFY(care->contains(u"135"_s) && care->contains(u"107"_s));
+        }
+        QVERIFY(!m_emergencies.careLine(u"explicame la meiosis"_s));
+        QVERIFY(!m_emergencies.careLine(u"me muero de sueño con este parcial"_s));
+    }
+
+    void everyAnswerSaysWhomToCall()
+    {
+        const auto sections = m_notes.phrases(u"urgencias"_s);
+        int answers = 0;
+        for (const NoteSection &section : sections) {
+            if (!section.title.startsWith(u"respuesta: "_s))
+                continue;
+            ++answers;
+            // Numbers are written once, where they can be confirmed.
+            for (const QString &line : section.values[u"línea"_s]) {
+                static const QRegularExpression number(u"\\d{3}"_s);
+                QVERIFY2(!number.match(line).hasMatch(), qUtf8Printable(line));
+                QCOMPARE(line.count("**"_L1) % 2, 0);
+            }
+            QVERIFY2(section.values[u"línea"_s].join(u' ').contains(u"{emergencias}"_s),
+                     qUtf8Printable(section.title));
+        }
+        QCOMPARE(answers, 10);
+    }
+
+    void answersALongMessageInTime()
+    {
+        const QString message = u"me duele "_s.repeated(200'000);
+        QElapsedTimer timer;
+        timer.start();
+        m_emergencies.answerTo(message);
+        QVERIFY(timer.elapsed() < 5000);
+    }
+
+private:
+    StudyNotes m_notes;
+    EmergencyAnswers m_emergencies{m_notes};
+};
+
+QTEST_APPLESS_MAIN(EmergencyAnswersTest)
+#include "EmergencyAnswersTest.moc"

@@ -1,0 +1,101 @@
+#include "EmergencyAnswers.h"
+
+#include "ConceptIndex.h"
+#include "FoldedText.h"
+#include "StudyNotes.h"
+
+using namespace Qt::StringLiterals;
+
+static constexpr auto answerTitle = "respuesta: "_L1;
+static const auto suicide = u"suicidio"_s;
+
+// The answers, by emergency, with the numbers to call written out.
+static QHash<QString, QStringList> answersIn(const QList<NoteSection> &sections)
+{
+    NoteValues numbers;
+    for (const NoteSection &section : sections) {
+        if (section.title == u"números"_s)
+            numbers = section.values;
+    }
+    QHash<QString, QStringList> answers;
+    for (const NoteSection &section : sections) {
+        if (section.title.startsWith(answerTitle)) {
+            answers.insert(section.title.sliced(answerTitle.size()),
+                           fillForm(section.values.value(u"línea"_s), numbers));
+        }
+    }
+    return answers;
+}
+
+enum class Keep { Emergencies, Frames };
+
+// Those sections that have an answer, or those that have none.
+static QList<NoteSection> sectionsOf(QList<NoteSection> sections, Keep keep,
+                                     const QHash<QString, QStringList> &answers)
+{
+    sections.removeIf([&](const NoteSection &section) {
+        return section.title != "listas"_L1
+            && answers.contains(section.title) != (keep == Keep::Emergencies);
+    });
+    return sections;
+}
+
+EmergencyAnswers::EmergencyAnswers(const StudyNotes &notes)
+    : m_index(notes.index())
+    , m_answers(answersIn(notes.phrases(u"urgencias"_s)))
+    , m_certain(sectionsOf(notes.phrases(u"urgencias"_s), Keep::Emergencies, m_answers),
+                u"si dice"_s)
+    , m_likely(sectionsOf(notes.phrases(u"urgencias"_s), Keep::Emergencies, m_answers),
+               u"puede decir"_s)
+    , m_frames(sectionsOf(notes.phrases(u"urgencias"_s), Keep::Frames, m_answers), u"si dice"_s)
+{ }
+
+std::optional<Answer> EmergencyAnswers::answerTo(const QString &message) const
+{
+    const QString emergency = emergencyIn(foldedWords(m_index.words(message)));
+    if (emergency.isEmpty())
+        return std::nullopt;
+    return Answer{m_answers.value(emergency), {}};
+}
+
+std::optional<QString> EmergencyAnswers::careLine(const QString &message) const
+{
+    if (!mayBeFigurative(foldedWords(m_index.words(message))))
+        return std::nullopt;
+    return m_answers.value(u"cuidado"_s).join(u' ');
+}
+
+// What `words` say without the figures of speech in them.
+static QStringList literalWords(QStringList words, const PhraseBook &frames)
+{
+    while (const auto figure = frames.match(u"figurado"_s, words))
+        words.remove(figure->firstWord, figure->wordCount);
+    return words;
+}
+
+bool EmergencyAnswers::mayBeFigurative(const QStringList &words) const
+{
+    return m_frames.holds(u"quizá figurado"_s, literalWords(words, m_frames))
+        && m_frames.holds(u"de la carrera"_s, words) && !m_frames.holds(u"en serio"_s, words);
+}
+
+QString EmergencyAnswers::emergencyIn(const QStringList &said) const
+{
+    const auto isWord = [this](const QString &word) {
+        return m_frames.isPhraseWord(word) || m_index.isKnownWord(word);
+    };
+    const QStringList words = m_likely.corrected(m_certain.corrected(said, isWord), isWord);
+    const QStringList literal = literalWords(words, m_frames);
+    const bool isOfAPatient
+        = m_frames.holds(u"de un paciente"_s, literal) && !m_frames.holds(u"propio"_s, literal);
+    if (isOfAPatient)
+        return {};
+    for (const PhraseMatch &match : m_certain.matches(literal)) {
+        if (match.section != suicide || !mayBeFigurative(words))
+            return match.section;
+    }
+    if (m_frames.holds(u"de estudio"_s, literal))
+        return {};
+    const QList<PhraseMatch> likely = m_likely.matches(literal);
+    return likely.isEmpty() ? QString() : likely.first().section;
+}
