@@ -114,7 +114,7 @@ Answer ChatEndpoint::notesAnswer(const ChatQuestion &question)
 
 ChatEndpoint::Outcome ChatEndpoint::modelAnswer(const ChatQuestion &question)
 {
-    // What is remembered is on the disk before the reader learns that the answer is whole.
+    // What is remembered is written before the reader learns that the answer is whole.
     const auto remember = [this, message = question.message, userId = question.userId,
                            subject = subjectOf(question)](const ModelReply::Outcome &outcome) {
         m_memory.remember(userId, {{message, outcome.text}, subject, outcome.toReview});

@@ -49,7 +49,7 @@ public:
 
     /// False when nothing may be written now.
     bool hasBegun() const { return m_hasBegun; }
-    /// Whether everything is on the disk.
+    /// Whether everything is written.
     bool commit();
 
 private:

@@ -12,8 +12,9 @@
 /// What the service remembers of its users: the conversation under way, until half an hour of
 /// silence; and for 180 days after the last question, what they studied and what practice
 /// questions that went wrong were about. Users are told apart by the hash of their id, so that the
-/// file tells nobody an id to ask with. What was written is on the disk when a call returns;
-/// several processes may use one file. Safe to use from many threads.
+/// file tells nobody an id to ask with. What was written when a call returns survives
+/// the end of the process, however it ends; several processes may use one file. Safe to use from
+/// many threads.
 class UserMemory
 {
 public:
