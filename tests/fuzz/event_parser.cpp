@@ -1,5 +1,5 @@
-// The reader of a model's stream: whatever the bytes and wherever they are cut, it ends, and cutting
-// them changes nothing.
+// The reader of a model's stream: whatever the bytes and wherever they are cut, it ends, and
+// cutting them changes nothing.
 
 #include "ChatCompletionParser.h"
 #include "ThinkingFilter.h"

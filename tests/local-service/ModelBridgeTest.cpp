@@ -218,6 +218,7 @@ private Q_SLOTS:
         exchange->abort();
         QTRY_COMPARE_WITH_TIMEOUT(model.leavings(), 1, patience);
         QVERIFY2(timer.elapsed() < 1000, qPrintable(QString::number(timer.elapsed())));
+        QTRY_VERIFY_WITH_TIMEOUT(service.log().contains(u"nadie espera"_s), patience);
     }
 
     void endsTheModelsWorkWhenTheServiceEnds()

@@ -29,6 +29,8 @@ static constexpr auto presenceInterval = std::chrono::milliseconds(250);
 // A refused body is read to its end all the same, so that the refusal is not lost in a reset
 // connection; past this it is.
 static constexpr qint64 mostDiscarded = 2 * ChatEndpoint::largestBody;
+// For the log: the client left, or the service ends.
+static const auto nobodyWaits = QStringLiteral("nadie espera ya la respuesta");
 static constexpr auto plainText = "text/plain; charset=utf-8";
 
 // A connection is served by one thread from its first byte to its last, so the request that a
@@ -52,8 +54,8 @@ struct ChatServer::Engine
     void stream(const Answer &answer, httplib::Response &response);
     void stream(std::unique_ptr<ModelReply> reply, const httplib::Request &request,
                 httplib::Response &response);
-    ModelReply::State waitForModel(ModelReply &reply, const httplib::Request &request,
-                                   Clock::time_point until);
+    std::optional<ModelReply::State>
+    waitForModel(ModelReply &reply, const httplib::Request &request, Clock::time_point until);
     bool sendFromModel(ModelReply &reply, const httplib::Request &request, httplib::DataSink &sink);
     void writeLog(const httplib::Request &request, const httplib::Response &response);
 
@@ -292,22 +294,26 @@ static bool hasLeft(const httplib::Request &request)
         return false;
     if ((socket.revents & (POLLERR | POLLNVAL)) != 0)
         return true;
+    // What an earlier call left there would be taken for the outcome of this one.
+    ERR_clear_error();
     char byte = 0;
     const int result = SSL_peek(ssl, &byte, 1);
     return result <= 0 && SSL_get_error(ssl, result) != SSL_ERROR_WANT_READ;
 }
 
-// As `ModelReply::wait`, but Failed as soon as nobody waits for the answer any more.
-ModelReply::State ChatServer::Engine::waitForModel(ModelReply &reply,
-                                                   const httplib::Request &request,
-                                                   Clock::time_point until)
+// As `ModelReply::wait`; nothing as soon as nobody waits for the answer any more.
+std::optional<ModelReply::State> ChatServer::Engine::waitForModel(ModelReply &reply,
+                                                                  const httplib::Request &request,
+                                                                  Clock::time_point until)
 {
     for (;;) {
         const auto state = reply.wait(std::min(until, Clock::now() + presenceInterval));
+        if (end.isAnnounced())
+            return std::nullopt;
         if (state != ModelReply::State::Waiting)
             return state;
-        if (end.isAnnounced() || hasLeft(request))
-            return ModelReply::State::Failed;
+        if (hasLeft(request))
+            return std::nullopt;
         if (Clock::now() >= until)
             return state;
     }
@@ -319,6 +325,11 @@ void ChatServer::Engine::stream(std::unique_ptr<ModelReply> reply, const httplib
     // The status is the first thing sent: it waits for the first line, or for the time to say that
     // one will come.
     const auto state = waitForModel(*reply, request, Clock::now() + waitingSignInterval);
+    if (!state) {
+        currentExchange->failure = nobodyWaits;
+        refuse({503, u"El servicio se está cerrando."_s}, response);
+        return;
+    }
     if (state == ModelReply::State::Failed) {
         currentExchange->failure = logReason(reply->failure());
         refuse(refusal(reply->failure()), response);
@@ -339,7 +350,12 @@ void ChatServer::Engine::stream(std::unique_ptr<ModelReply> reply, const httplib
 bool ChatServer::Engine::sendFromModel(ModelReply &reply, const httplib::Request &request,
                                        httplib::DataSink &sink)
 {
-    switch (waitForModel(reply, request, Clock::now() + waitingSignInterval)) {
+    const auto state = waitForModel(reply, request, Clock::now() + waitingSignInterval);
+    if (!state) {
+        currentExchange->failure = nobodyWaits;
+        return false;
+    }
+    switch (*state) {
     case ModelReply::State::Waiting:
         return send(sink, "\n");
     case ModelReply::State::Line:

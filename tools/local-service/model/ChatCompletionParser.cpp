@@ -169,7 +169,7 @@ QString ChatCompletionParser::takeObject(const QJsonObject &object)
     const QJsonObject choice = choices.first().toObject();
     const bool isStreamed = choice.contains("delta"_L1);
     const QJsonValue said = choice.value(isStreamed ? "delta"_L1 : "message"_L1);
-    const QString text = contentText(said["content"_L1]);
+    QString text = contentText(said["content"_L1]);
 
     const QString reason = choice.value("finish_reason"_L1).toString();
     if (reason == "length"_L1)
