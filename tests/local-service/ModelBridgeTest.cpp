@@ -233,6 +233,16 @@ private Q_SLOTS:
         QTRY_COMPARE_WITH_TIMEOUT(model.leavings(), 1, patience);
     }
 
+    void asksForAShorterQuestion()
+    {
+        const ScriptedModel model(answering("uno"));
+        const RunningService service(u"0"_s, optionsFor(model.port()));
+        const auto exchange = service.ask(QByteArray(100'000, 'x'));
+        QTRY_VERIFY_WITH_TIMEOUT(exchange->isWhole(), patience);
+        QVERIFY(exchange->body().contains("demasiado largo"));
+        QVERIFY(model.requests().isEmpty());
+    }
+
     void limitsWhatTheModelIsAsked()
     {
         const ScriptedModel model(answering("uno"));

@@ -1,5 +1,8 @@
 #include "ModelImage.h"
 
+#include "HeicSamples.h"
+#include "SampleImages.h"
+
 #include <QBuffer>
 #include <QColor>
 #include <QImage>
@@ -8,8 +11,8 @@
 
 using namespace Qt::StringLiterals;
 
-static QByteArray encoded(const QImage &image, const char *format,
-                          QImageIOHandler::Transformations turn = {})
+static QByteArray turned(const QImage &image, const char *format,
+                         QImageIOHandler::Transformations turn)
 {
     QByteArray bytes;
     QBuffer buffer(&bytes);
@@ -64,12 +67,34 @@ private Q_SLOTS:
     void turnsUpright()
     {
         const auto jpeg = modelImage(
-            encoded(halves({1600, 800}), "jpeg", QImageIOHandler::TransformationRotate90));
+            turned(halves({1600, 800}), "jpeg", QImageIOHandler::TransformationRotate90));
         QVERIFY(jpeg);
         const QImage image = QImage::fromData(*jpeg);
         QCOMPARE(image.size(), QSize(640, 1280));
         QVERIFY(image.pixelColor(600, 640).red() > 200);
         QVERIFY(image.pixelColor(40, 640).blue() > 200);
+    }
+
+    void readsPhotographsOfPhones_data()
+    {
+        QTest::addColumn<QByteArray>("heic");
+        QTest::addColumn<QSize>("size");
+        QTest::newRow("plain") << heicPhotograph() << QSize(64, 48);
+        QTest::newRow("turned") << heicTurnedPhotograph() << QSize(48, 64);
+        QTest::newRow("10 bits") << heicWithTenBits() << QSize(64, 48);
+    }
+    void readsPhotographsOfPhones()
+    {
+        QFETCH(QByteArray, heic);
+        QFETCH(QSize, size);
+        const auto jpeg = modelImage(heic);
+        QVERIFY(jpeg);
+        const QImage image = QImage::fromData(*jpeg);
+        QCOMPARE(image.size(), size);
+        if (size.width() > size.height())
+            QVERIFY(showsQuarters(image));
+        for (const qsizetype length : {20, 100, 300, 600})
+            modelImage(heic.first(length));
     }
 
     void makesTransparencyWhite()

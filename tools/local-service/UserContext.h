@@ -16,8 +16,8 @@ struct UserContext
 {
     /// What the user asked about before, newest first, each once.
     QStringList subjects;
-    /// What practice questions that went wrong were about, newest first, each once.
-    QStringList toReview;
     /// The turns of the conversation under way, oldest first; empty when it begins anew.
     QList<ChatTurn> turns;
+    /// What practice questions that went wrong were about, newest first, each once.
+    QStringList toReview = {};
 };

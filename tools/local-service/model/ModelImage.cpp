@@ -16,6 +16,7 @@ using namespace Qt::StringLiterals;
 // Above any camera of today. The memory for it is what the toolkit allows a reader at most.
 static constexpr qint64 mostPixels = 120'000'000;
 static constexpr int megabytesForReading = 480;
+static constexpr int longestHeight = 1'000'000;
 
 static QSize fitted(QSize size)
 {
@@ -35,11 +36,14 @@ static QImage readImage(const QByteArray &bytes)
     reader.setDecideFormatFromContent(true);
     if (!isRasterFormat(reader.format()))
         return {};
-    const QSize size = reader.size();
+    // A bitmap whose rows go from the top down announces a negative height.
+    const QSize announced = reader.size();
+    const QSize size(announced.width(), qAbs(qMax(announced.height(), -longestHeight)));
     if (size.isEmpty() || qint64{size.width()} * size.height() > mostPixels)
         return {};
     // The reader of JPEG shrinks while it reads.
-    reader.setScaledSize(fitted(size));
+    if (fitted(size) != size)
+        reader.setScaledSize(fitted(size));
     reader.setAutoTransform(true);
     return reader.read();
 }
