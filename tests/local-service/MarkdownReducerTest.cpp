@@ -49,6 +49,7 @@ private Q_SLOTS:
         row("code in a line", u"usá `a**b` y `$x_1$` y **`c`**"_s, u"usá a∗∗b y $x_1$ y **c**"_s);
         row("code", u"Así:\n```python\nx = 1\n\n  y = x**2\n```\nFin"_s,
             u"Así:\nx = 1\n  y = x∗∗2\nFin"_s);
+        row("code of three marks in a line", u"uno\n```dos``` tres"_s, u"uno dos tres"_s);
         row("code that never ends", u"~~~\n- a\n**b**"_s, u"- a\n∗∗b∗∗"_s);
         row("rules", u"a\n\n---\n\nb\n\n***\n\n- - -\n\n___\nc"_s, u"a\nb\nc"_s);
         row("quotes", u"> uno\n> dos\n\n> - tres\n\ncuatro"_s, u"uno dos\n- tres\ncuatro"_s);

@@ -55,10 +55,14 @@ static LineKind markedKind(QStringView text, LineExtent extent)
             return isPartial ? LineKind::Unknown : LineKind::Heading;
         return rest.front().isSpace() ? LineKind::Heading : LineKind::Text;
     case u'`':
+        // A backtick further on makes it code inside of a line.
+        if (isPartial)
+            return LineKind::Unknown;
+        return run >= shortestFence && !rest.contains(u'`') ? LineKind::Fence : LineKind::Text;
     case u'~':
         if (rest.isEmpty() && isPartial)
             return LineKind::Unknown;
-        return run >= shortestFence && !rest.contains(u'`') ? LineKind::Fence : LineKind::Text;
+        return run >= shortestFence ? LineKind::Fence : LineKind::Text;
     case u'=':
         if (rest.trimmed().isEmpty())
             return isPartial ? LineKind::Unknown : LineKind::Underline;
