@@ -2,6 +2,8 @@
 
 #include <QTest>
 
+#include <ctime>
+
 using namespace Qt::StringLiterals;
 
 static QStringList reduced(const QString &text, qsizetype pieceSize)
@@ -123,10 +125,11 @@ private Q_SLOTS:
         MarkdownReducer reducer;
         for (qsizetype fed = 0; fed < length; fed += piece.size())
             reducer.feed(piece);
-        QElapsedTimer timer;
-        timer.start();
+        // Of the processor, whatever else the machine does.
+        const std::clock_t begin = std::clock();
         reducer.finish();
-        QVERIFY2(timer.elapsed() < 2000, qPrintable(QString::number(timer.elapsed())));
+        const double seconds = double(std::clock() - begin) / CLOCKS_PER_SEC;
+        QVERIFY2(seconds < 5, qPrintable(QString::number(seconds)));
     }
 };
 

@@ -172,7 +172,7 @@ private Q_SLOTS:
     {
         const QString file = m_folder->filePath(u"m"_s);
         std::array<int, 2> said{};
-        ::pipe(said.data());
+        QCOMPARE(::pipe(said.data()), 0);
         std::array<pid_t, 2> writers{};
         for (char name : {'a', 'b'}) {
             const pid_t child = ::fork();
@@ -181,7 +181,8 @@ private Q_SLOTS:
                 for (int i = 0;; ++i) {
                     const QString user = QChar::fromLatin1(name) + QString::number(i);
                     memory.remember(user, exchange(u"s"_s));
-                    ::write(said[1], &name, 1);
+                    if (::write(said[1], &name, 1) != 1)
+                        ::_exit(1);
                 }
             }
             writers[static_cast<size_t>(name - 'a')] = child;

@@ -41,8 +41,8 @@ struct Delimiters
 
 static constexpr std::array delimiters{
     Delimiters{"$$"_L1, "$$"_L1},
-    Delimiters{"\\["_L1, "\\]"_L1},
-    Delimiters{"\\("_L1, "\\)"_L1},
+    Delimiters{R"(\[)"_L1, R"(\])"_L1},
+    Delimiters{R"(\()"_L1, R"(\))"_L1},
     Delimiters{"$"_L1, "$"_L1},
 };
 

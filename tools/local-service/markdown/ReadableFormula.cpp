@@ -27,6 +27,7 @@ public:
         : m_source(source)
         , m_surroundings(surroundings)
         , m_depth(depth)
+        , m_lastBrace(source.lastIndexOf(u'}'))
     { }
 
     QString read();
@@ -48,6 +49,8 @@ private:
     QStringView m_source;
     Surroundings m_surroundings;
     int m_depth;
+    /// Past it no group ends.
+    qsizetype m_lastBrace;
     qsizetype m_at = 0;
 };
 
@@ -209,7 +212,7 @@ QString FormulaReader::argument()
 // What stands between `begin`, which has to be next, and the `end` that belongs to it.
 std::optional<QStringView> FormulaReader::group(QChar begin, QChar end)
 {
-    if (current() != begin)
+    if (current() != begin || (end == u'}' && m_at > m_lastBrace))
         return std::nullopt;
     // In characters: no person writes a longer one, and an end that never comes is not looked for
     // again and again.

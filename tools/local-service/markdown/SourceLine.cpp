@@ -89,14 +89,14 @@ static LineKind markedKind(QStringView text, LineExtent extent)
 
 QString formulaEnd(const QString &text)
 {
-    return text.startsWith("\\["_L1) ? u"\\]"_s : u"$$"_s;
+    return text.startsWith(R"(\[)"_L1) ? u"\\]"_s : u"$$"_s;
 }
 
 static LineKind formulaKind(const QString &text, LineExtent extent)
 {
     if (extent == LineExtent::Beginning)
         return LineKind::Unknown;
-    const bool begins = text.startsWith("\\["_L1) || text.startsWith("$$"_L1);
+    const bool begins = text.startsWith(R"(\[)"_L1) || text.startsWith("$$"_L1);
     return begins && text.indexOf(formulaEnd(text), 2) < 0 ? LineKind::Formula : LineKind::Text;
 }
 
