@@ -16,7 +16,7 @@ class Request:
     path: str
     headers: dict
     body: bytes
-    _connection: ssl.SSLSocket = field(repr=False)
+    _connection: socket.socket = field(repr=False)
 
     @property
     def json(self):
@@ -65,15 +65,22 @@ class Request:
 
 
 class RecordingServer:
-    """Listens as soon as it is made. One connection carries one request."""
+    """Listens as soon as it is made, over TLS if it has a certificate; on a free port when that is
+    0. One connection carries one request."""
 
-    def __init__(self, port, certificate, key):
-        self._context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
-        self._context.load_cert_chain(certificate, key)
+    def __init__(self, port, certificate=None, key=None):
+        self._context = None
+        if certificate:
+            self._context = ssl.SSLContext(ssl.PROTOCOL_TLS_SERVER)
+            self._context.load_cert_chain(certificate, key)
         self._requests = queue.Queue()
         self.seen = []
         self._socket = socket.create_server(("localhost", port))
         threading.Thread(target=self._accept, daemon=True).start()
+
+    @property
+    def port(self):
+        return self._socket.getsockname()[1]
 
     def next_request(self, timeout=20.0):
         """Waits for a request; fails when none comes."""
@@ -100,7 +107,9 @@ class RecordingServer:
 
     def _receive(self, plain):
         try:
-            connection = self._context.wrap_socket(plain, server_side=True)
+            connection = plain
+            if self._context:
+                connection = self._context.wrap_socket(plain, server_side=True)
             stream = connection.makefile("rb")
             method, path, _ = stream.readline().decode("latin-1").split(" ", 2)
             headers = {}

@@ -72,7 +72,7 @@ private Q_SLOTS:
             else if (fault == "path"_L1)
                 request.path = u"/"_s;
         }
-        ChatEndpoint endpoint(m_composer, m_memory);
+        ChatEndpoint endpoint(m_notes, m_composer, m_memory);
         const auto outcome = endpoint.respond(request);
         const auto *refusal = std::get_if<Refusal>(&outcome);
         QVERIFY(refusal);
@@ -82,7 +82,7 @@ private Q_SLOTS:
 
     void acceptsParametersOfTheMediaType()
     {
-        ChatEndpoint endpoint(m_composer, m_memory);
+        ChatEndpoint endpoint(m_notes, m_composer, m_memory);
         IncomingRequest request = question("hola");
         request.contentType = u"Application/JSON ; charset=utf-8"_s;
         QVERIFY(std::holds_alternative<Answer>(endpoint.respond(request)));
@@ -91,7 +91,7 @@ private Q_SLOTS:
     void remembersEachUsersSubjects()
     {
         UserMemory memory;
-        ChatEndpoint endpoint(m_composer, memory);
+        ChatEndpoint endpoint(m_notes, m_composer, memory);
         const auto linesFor = [&endpoint](const QByteArray &message, const QByteArray &user) {
             return std::get<Answer>(endpoint.respond(question(message, user))).lines;
         };

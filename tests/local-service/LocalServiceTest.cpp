@@ -1,4 +1,5 @@
 #include "HttpsExchange.h"
+#include "RunningService.h"
 
 #include <QElapsedTimer>
 #include <QProcess>
@@ -22,61 +23,6 @@ static QByteArray json(QByteArray text)
 {
     return text.replace('\'', '"');
 }
-
-// The program itself, on a free port.
-class RunningService
-{
-public:
-    explicit RunningService(const QString &rate, const QStringList &more = {})
-    {
-        m_process.start(QStringLiteral(LOCAL_SERVICE_PROGRAM),
-                        QStringList{u"--port"_s, u"0"_s, u"--rate"_s, rate, u"--cert"_s,
-                                    certificate, u"--key"_s, QStringLiteral(LOCAL_SERVICE_KEY)}
-                            + more);
-        if (m_process.waitForReadyRead(patience))
-            m_readyLine = QString::fromUtf8(m_process.readLine());
-    }
-    ~RunningService()
-    {
-        m_process.kill();
-        m_process.waitForFinished();
-    }
-    Q_DISABLE_COPY_MOVE(RunningService)
-
-    QString readyLine() const { return m_readyLine; }
-    quint16 port() const
-    {
-        static const QRegularExpression portNumber(u":(\\d+)/"_s);
-        return portNumber.match(m_readyLine).captured(1).toUShort();
-    }
-    std::unique_ptr<HttpsExchange> send(const QByteArray &request) const
-    {
-        return std::make_unique<HttpsExchange>(port(), certificate, request);
-    }
-    std::unique_ptr<HttpsExchange> ask(const QByteArray &message,
-                                       const QByteArray &headers = {}) const
-    {
-        return send(HttpsExchange::post(
-            json("{'message':'" + message + "','userId':'aulora-prueba'}"), headers));
-    }
-    QString log()
-    {
-        m_log += QString::fromUtf8(m_process.readAllStandardError());
-        return m_log;
-    }
-    void signal(int number) const { ::kill(static_cast<pid_t>(m_process.processId()), number); }
-    bool hasEnded() const { return m_process.state() == QProcess::NotRunning; }
-    // 0 only when the program ended by itself and well.
-    int outcome() const
-    {
-        return m_process.exitStatus() == QProcess::NormalExit ? m_process.exitCode() : -1;
-    }
-
-private:
-    QProcess m_process;
-    QString m_readyLine;
-    QString m_log;
-};
 
 static QByteArray chunked(const QByteArray &body)
 {

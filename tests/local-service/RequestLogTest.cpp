@@ -41,7 +41,7 @@ private Q_SLOTS:
         QFETCH(QString, method);
         QFETCH(QString, path);
         QFETCH(QByteArray, text);
-        QCOMPARE(requestLogText({method, path, 200, 1234, 56ms}), text);
+        QCOMPARE(requestLogText({method, path, 200, 1234, 56ms, {}}), text);
     }
 
     void writesOneLineWithTheTime()
@@ -51,7 +51,7 @@ private Q_SLOTS:
         std::FILE *output = std::fopen(qPrintable(file.fileName()), "w");
         QVERIFY(output);
         RequestLog log(output);
-        log.write({u"POST"_s, u"/api/chat"_s, 415, 20, 3ms});
+        log.write({u"POST"_s, u"/api/chat"_s, 415, 20, 3ms, {}});
         std::fclose(output);
         static const QRegularExpression line(
             u"^\\d{4}-\\d\\d-\\d\\dT\\d\\d:\\d\\d:\\d\\d\\.\\d{3}Z POST /api/chat 415 20 B 3 ms\n$"_s);

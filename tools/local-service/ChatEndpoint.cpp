@@ -1,10 +1,12 @@
 #include "ChatEndpoint.h"
 
 #include "AnswerComposer.h"
-#include "ChatQuestion.h"
+#include "MemoryRequest.h"
+#include "ModelAssistant.h"
+#include "StudyNotes.h"
 #include "UserMemory.h"
 
-#include <optional>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -41,23 +43,91 @@ Refusal ChatEndpoint::tooLarge()
     return {413, u"La consulta pasa los 20 MiB."_s};
 }
 
-ChatEndpoint::ChatEndpoint(const AnswerComposer &composer, UserMemory &memory)
-    : m_composer(composer)
+ChatEndpoint::ChatEndpoint(const StudyNotes &notes, const AnswerComposer &composer,
+                           UserMemory &memory, ModelAssistant *model)
+    : m_notes(notes)
+    , m_emergencies(notes)
+    , m_composer(composer)
     , m_memory(memory)
+    , m_model(model)
 { }
 
-std::variant<Answer, Refusal> ChatEndpoint::respond(const IncomingRequest &request)
+ChatEndpoint::Outcome ChatEndpoint::respond(const IncomingRequest &request)
 {
     if (auto refusal = checkEnvelope(request))
         return *refusal;
-
-    const std::scoped_lock lock(m_parsing);
-    const auto parsed = parseChatQuestion(request.body);
+    const auto parsed = parse(request.body);
     if (const auto *refusal = std::get_if<Refusal>(&parsed))
         return *refusal;
+    return answer(std::get<ChatQuestion>(parsed));
+}
 
-    const auto &question = std::get<ChatQuestion>(parsed);
-    Answer answer = m_composer.answer(question, {m_memory.subjects(question.userId), {}});
-    m_memory.remember(question.userId, answer.subject);
+std::variant<ChatQuestion, Refusal> ChatEndpoint::parse(const QByteArray &body)
+{
+    // Larger than any question without an image; those never wait for each other.
+    constexpr qsizetype largeBody = 64 * 1024;
+    std::unique_lock lock(m_parsingLarge, std::defer_lock);
+    if (body.size() > largeBody)
+        lock.lock();
+    return parseChatQuestion(body);
+}
+
+ChatEndpoint::Outcome ChatEndpoint::answer(const ChatQuestion &question)
+{
+    if (auto urgent = urgentAnswer(question))
+        return *std::move(urgent);
+    if (auto aboutMemory = memoryAnswer(question))
+        return *std::move(aboutMemory);
+    if (m_model)
+        return modelAnswer(question);
+    return notesAnswer(question);
+}
+
+// What comes before anything else, with and without a model: whoever tells of an emergency gets no
+// study material.
+std::optional<Answer> ChatEndpoint::urgentAnswer(const ChatQuestion &question) const
+{
+    return m_emergencies.answerTo(question.message);
+}
+
+std::optional<Answer> ChatEndpoint::memoryAnswer(const ChatQuestion &question)
+{
+    const auto request = question.image ? std::nullopt : memoryRequest(question.message);
+    if (!request)
+        return std::nullopt;
+    switch (*request) {
+    case MemoryRequest::Forget:
+        return Answer{forgottenAnswer(m_memory.forget(question.userId)), {}};
+    case MemoryRequest::Recall:
+        return Answer{recalledAnswer(m_memory.context(question.userId)), {}};
+    }
+    Q_UNREACHABLE();
+}
+
+Answer ChatEndpoint::notesAnswer(const ChatQuestion &question)
+{
+    const UserContext context = m_memory.context(question.userId);
+    Answer answer = m_composer.answer(question, context);
+    m_memory.remember(question.userId,
+                      {{question.message, answer.lines.join(u'\n')}, answer.subject, {}});
     return answer;
+}
+
+ChatEndpoint::Outcome ChatEndpoint::modelAnswer(const ChatQuestion &question)
+{
+    // What is remembered is written before the reader learns that the answer is whole.
+    const auto remember = [this, message = question.message, userId = question.userId,
+                           subject = subjectOf(question)](const ModelReply::Outcome &outcome) {
+        m_memory.remember(userId, {{message, outcome.text}, subject, outcome.toReview});
+    };
+    auto outcome = m_model->answer(question, m_memory.context(question.userId), remember);
+    return std::visit([](auto &&alternative) -> Outcome { return std::move(alternative); },
+                      std::move(outcome));
+}
+
+// What the notes know the question to be about.
+QString ChatEndpoint::subjectOf(const ChatQuestion &question) const
+{
+    const auto *known = m_notes.conceptIn(question.message);
+    return known ? known->title : StudyNotes::subjectIn(question.message);
 }

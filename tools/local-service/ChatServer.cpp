@@ -9,20 +9,28 @@
 #include <algorithm>
 #include <future>
 #include <httplib.h>
+#include <poll.h>
 #include <set>
 #include <string>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 using Clock = std::chrono::steady_clock;
 
-// 64 clients are served at once while three times as many say nothing: a connection that stays
-// silent holds its thread for `silenceLimit`.
-static constexpr size_t connectionThreads = 256;
+// 200 students are served at once while as many clients and more say nothing: a connection that
+// stays silent holds its thread for `silenceLimit`. A thread that waits costs some ten kilobytes.
+static constexpr size_t connectionThreads = 512;
 static constexpr auto silenceLimit = std::chrono::seconds(15);
-static constexpr int waitingConnections = 256;
+static constexpr int waitingConnections = 512;
+// While a model thinks, a line feed tells the client, which drops it, that there will be an answer.
+static constexpr auto waitingSignInterval = std::chrono::seconds(15);
+// How often it is looked whether the client is still there while the model says nothing.
+static constexpr auto presenceInterval = std::chrono::milliseconds(250);
 // A refused body is read to its end all the same, so that the refusal is not lost in a reset
 // connection; past this it is.
 static constexpr qint64 mostDiscarded = 2 * ChatEndpoint::largestBody;
+// For the log: the client left, or the service ends.
+static const auto nobodyWaits = QStringLiteral("nadie espera ya la respuesta");
 static constexpr auto plainText = "text/plain; charset=utf-8";
 
 // A connection is served by one thread from its first byte to its last, so the request that a
@@ -31,6 +39,8 @@ struct Exchange
 {
     Clock::time_point begin;
     qint64 bytesSent = 0;
+    /// Why the model failed, if it did.
+    QString failure;
 };
 static thread_local std::optional<Exchange> currentExchange;
 
@@ -42,6 +52,11 @@ struct ChatServer::Engine
     void respond(const httplib::Request &request, httplib::Response &response,
                  const IncomingRequest &incoming);
     void stream(const Answer &answer, httplib::Response &response);
+    void stream(std::unique_ptr<ModelReply> reply, const httplib::Request &request,
+                httplib::Response &response);
+    std::optional<ModelReply::State>
+    waitForModel(ModelReply &reply, const httplib::Request &request, Clock::time_point until);
+    bool sendFromModel(ModelReply &reply, const httplib::Request &request, httplib::DataSink &sink);
     void writeLog(const httplib::Request &request, const httplib::Response &response);
 
     ServiceOptions options;
@@ -188,7 +203,7 @@ void ChatServer::Engine::setUp()
         respond(request, response, withBody(request, reader));
     };
     server.set_pre_routing_handler([bare](const auto &request, auto &response) {
-        currentExchange = {Clock::now(), 0};
+        currentExchange = {Clock::now(), 0, {}};
         const bool isRouted
             = request.method != "CONNECT" && request.method != "TRACE" && request.method != "PRI";
         if (!isRouted)
@@ -227,14 +242,26 @@ void ChatServer::Engine::setUp()
 void ChatServer::Engine::respond(const httplib::Request &request, httplib::Response &response,
                                  const IncomingRequest &incoming)
 {
-    const auto outcome = endpoint.respond(incoming);
+    auto outcome = endpoint.respond(incoming);
     if (const auto *refusal = std::get_if<Refusal>(&outcome)) {
         refuse(*refusal, response);
         return;
     }
+    auto &changeable = const_cast<httplib::Request &>(request);
     // The library would compress the answer, and hold back lines until a block is full.
-    const_cast<httplib::Request &>(request).headers.erase("Accept-Encoding");
-    stream(std::get<Answer>(outcome), response);
+    changeable.headers.erase("Accept-Encoding");
+    // An answer is never a part of one; newer versions of the library refuse what has no length.
+    changeable.ranges.clear();
+    if (auto *reply = std::get_if<std::unique_ptr<ModelReply>>(&outcome))
+        stream(std::move(*reply), request, response);
+    else
+        stream(std::get<Answer>(outcome), response);
+}
+
+static bool send(httplib::DataSink &sink, const QByteArray &bytes)
+{
+    currentExchange->bytesSent += bytes.size();
+    return sink.write(bytes.constData(), static_cast<size_t>(bytes.size()));
 }
 
 void ChatServer::Engine::stream(const Answer &answer, httplib::Response &response)
@@ -253,22 +280,107 @@ void ChatServer::Engine::stream(const Answer &answer, httplib::Response &respons
             if (!end.sleepUntil(due))
                 return false;
             due += interval;
-            const QByteArray line = lines[next++].toUtf8() + '\n';
-            currentExchange->bytesSent += line.size();
-            return sink.write(line.constData(), static_cast<size_t>(line.size()));
+            return send(sink, lines[next++].toUtf8() + '\n');
         });
+}
+
+// Whether the client closed its side of the connection. It has nothing more to say after its one
+// request, so whatever there is to read is the end of it.
+static bool hasLeft(const httplib::Request &request)
+{
+    auto *ssl = const_cast<SSL *>(request.ssl);
+    pollfd socket{SSL_get_fd(ssl), POLLIN, 0};
+    if (::poll(&socket, 1, 0) <= 0)
+        return false;
+    if ((socket.revents & (POLLERR | POLLNVAL)) != 0)
+        return true;
+    // What an earlier call left there would be taken for the outcome of this one.
+    ERR_clear_error();
+    char byte = 0;
+    const int result = SSL_peek(ssl, &byte, 1);
+    return result <= 0 && SSL_get_error(ssl, result) != SSL_ERROR_WANT_READ;
+}
+
+// As `ModelReply::wait`; nothing as soon as nobody waits for the answer any more.
+std::optional<ModelReply::State> ChatServer::Engine::waitForModel(ModelReply &reply,
+                                                                  const httplib::Request &request,
+                                                                  Clock::time_point until)
+{
+    for (;;) {
+        const auto state = reply.wait(std::min(until, Clock::now() + presenceInterval));
+        if (end.isAnnounced())
+            return std::nullopt;
+        if (state != ModelReply::State::Waiting)
+            return state;
+        if (hasLeft(request))
+            return std::nullopt;
+        if (Clock::now() >= until)
+            return state;
+    }
+}
+
+void ChatServer::Engine::stream(std::unique_ptr<ModelReply> reply, const httplib::Request &request,
+                                httplib::Response &response)
+{
+    // The status is the first thing sent: it waits for the first line, or for the time to say that
+    // one will come.
+    const auto state = waitForModel(*reply, request, Clock::now() + waitingSignInterval);
+    if (!state) {
+        currentExchange->failure = nobodyWaits;
+        refuse({503, u"El servicio se está cerrando."_s}, response);
+        return;
+    }
+    if (state == ModelReply::State::Failed) {
+        currentExchange->failure = logReason(reply->failure());
+        refuse(refusal(reply->failure()), response);
+        return;
+    }
+    response.status = 200;
+    response.set_chunked_content_provider(
+        plainText,
+        [this, &request, state, shared = std::shared_ptr(std::move(reply)),
+         isFirst = true](size_t, httplib::DataSink &sink) mutable {
+            const bool sendsWaitingSign
+                = std::exchange(isFirst, false) && state == ModelReply::State::Waiting;
+            return sendsWaitingSign ? send(sink, "\n") : sendFromModel(*shared, request, sink);
+        });
+}
+
+// Sends what the model says next. False ends the body before its end.
+bool ChatServer::Engine::sendFromModel(ModelReply &reply, const httplib::Request &request,
+                                       httplib::DataSink &sink)
+{
+    const auto state = waitForModel(reply, request, Clock::now() + waitingSignInterval);
+    if (!state) {
+        currentExchange->failure = nobodyWaits;
+        return false;
+    }
+    switch (*state) {
+    case ModelReply::State::Waiting:
+        return send(sink, "\n");
+    case ModelReply::State::Line:
+        return send(sink, reply.takeLine().toUtf8() + '\n');
+    case ModelReply::State::Whole:
+        sink.done();
+        return true;
+    case ModelReply::State::Failed:
+        currentExchange->failure = logReason(reply.failure());
+        return false;
+    }
+    Q_UNREACHABLE();
 }
 
 void ChatServer::Engine::writeLog(const httplib::Request &request,
                                   const httplib::Response &response)
 {
-    const Exchange ended = currentExchange.value_or(Exchange{Clock::now(), 0});
+    const Exchange ended = currentExchange.value_or(Exchange{Clock::now(), 0, {}});
     currentExchange.reset();
     const bool hasBody = request.method != "HEAD";
     log.write({QString::fromStdString(request.method), QString::fromStdString(request.path),
                response.status,
                ended.bytesSent + (hasBody ? static_cast<qint64>(response.body.size()) : 0),
-               std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - ended.begin)});
+               std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - ended.begin),
+               ended.failure});
 }
 
 ChatServer::ChatServer(ServiceOptions options, ChatEndpoint &endpoint, RequestLog &log)

@@ -25,6 +25,12 @@ public:
         return !m_condition.wait_until(lock, time, [this] { return m_isAnnounced; });
     }
 
+    bool isAnnounced()
+    {
+        const std::scoped_lock lock(m_mutex);
+        return m_isAnnounced;
+    }
+
 private:
     std::mutex m_mutex;
     std::condition_variable m_condition;

@@ -24,7 +24,8 @@ QByteArray requestLogText(const RequestLogEntry &entry)
     return (isMethod(entry.method) ? entry.method.toLatin1() : QByteArray("-")) + ' '
         + (path.isEmpty() ? QByteArray("-") : path) + ' ' + QByteArray::number(entry.status) + ' '
         + QByteArray::number(entry.bytes) + " B "
-        + QByteArray::number(static_cast<qint64>(entry.duration.count())) + " ms";
+        + QByteArray::number(static_cast<qint64>(entry.duration.count())) + " ms"
+        + (entry.failure.isEmpty() ? QByteArray() : ' ' + entry.failure.toUtf8());
 }
 
 RequestLog::RequestLog(std::FILE *output)
@@ -33,8 +34,18 @@ RequestLog::RequestLog(std::FILE *output)
 
 void RequestLog::write(const RequestLogEntry &entry)
 {
+    writeLine(requestLogText(entry));
+}
+
+void RequestLog::writeNotice(const QString &sentence)
+{
+    writeLine(sentence.simplified().toUtf8());
+}
+
+void RequestLog::writeLine(const QByteArray &text)
+{
     const QByteArray line = QDateTime::currentDateTimeUtc().toString(Qt::ISODateWithMs).toLatin1()
-        + ' ' + requestLogText(entry) + '\n';
+        + ' ' + text + '\n';
     const std::scoped_lock lock(m_mutex);
     std::fwrite(line.constData(), 1, static_cast<size_t>(line.size()), m_output);
     std::fflush(m_output);

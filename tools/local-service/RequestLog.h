@@ -16,9 +16,12 @@ struct RequestLogEntry
     /// Of the answer's body.
     qint64 bytes = 0;
     std::chrono::milliseconds duration{};
+    /// Why the model failed, one sentence of our own; empty when it did not.
+    QString failure;
 };
 
-/// One line a request: the time (UTC), method, path, status, bytes and milliseconds. Safe to use
+/// One line a request: the time (UTC), method, path, status, bytes, milliseconds and, when a model
+/// failed, why. Safe to use
 /// from many threads.
 class RequestLog
 {
@@ -28,7 +31,12 @@ public:
 
     void write(const RequestLogEntry &entry);
 
+    /// One line about the service itself; `sentence` is one of our own.
+    void writeNotice(const QString &sentence);
+
 private:
+    void writeLine(const QByteArray &text);
+
     std::mutex m_mutex;
     std::FILE *m_output;
 };

@@ -1,9 +1,24 @@
 #pragma once
 
+#include "ModelAssistant.h"
+#include "ModelService.h"
+
 #include <QString>
 #include <QStringList>
 
+#include <optional>
 #include <variant>
+
+/// Which model answers; all but the file of the key is checked.
+struct ModelOptions
+{
+    ModelService service;
+    /// Holds the key of the service and nothing else; empty when it needs none.
+    QString keyFile;
+    ImageSupport images = ImageSupport::None;
+    /// How many questions the model is asked in any minute, by all users together.
+    int mostPerMinute = 600;
+};
 
 /// What the command line asks for.
 struct ServiceOptions
@@ -17,9 +32,13 @@ struct ServiceOptions
     QString keyFile;
     /// 0 sends as fast as possible.
     double linesPerSecond = 20;
+    /// Nothing when the notes are to answer.
+    std::optional<ModelOptions> model;
+    /// Where to remember users; in memory when empty.
+    QString memoryFile;
 };
 
-/// One line for a person who mistyped.
+/// A few lines for a person who mistyped.
 QString serviceUsage();
 
 /// The options that `arguments` (without the program's name) spell, or a Spanish sentence that

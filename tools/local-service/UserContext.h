@@ -18,4 +18,6 @@ struct UserContext
     QStringList subjects;
     /// The turns of the conversation under way, oldest first; empty when it begins anew.
     QList<ChatTurn> turns;
+    /// What practice questions that went wrong were about, newest first, each once.
+    QStringList toReview = {};
 };

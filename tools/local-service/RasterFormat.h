@@ -1,0 +1,7 @@
+#pragma once
+
+#include <QByteArray>
+
+/// Whether the toolkit's `format` holds pixels and nothing else: others name files that a reader
+/// would open.
+bool isRasterFormat(const QByteArray &format);
