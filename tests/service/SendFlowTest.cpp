@@ -68,6 +68,8 @@ private Q_SLOTS:
     void followsTheConversationOfTheQuestion();
     void keepsWaitingWhileTheServiceTalks();
     void keepsWaitingWhileTheServiceListens();
+    void waitsForNoServiceWhenItIsDestroyed_data();
+    void waitsForNoServiceWhenItIsDestroyed();
 
 private:
     AssistantService serviceAt(const ScriptedServer &server,
@@ -522,6 +524,34 @@ void SendFlowTest::keepsWaitingWhileTheServiceListens()
     QVERIFY(waitForTheEnd(chat));
     QCOMPARE(chat.messages().constLast().text, u"uno"_s);
     QVERIFY(std::chrono::milliseconds(elapsed.elapsed()) > idleTimeout);
+}
+
+void SendFlowTest::waitsForNoServiceWhenItIsDestroyed_data()
+{
+    QTest::addColumn<bool>("talks");
+    QTest::newRow("silent") << false;
+    QTest::newRow("talking without end") << true;
+}
+
+void SendFlowTest::waitsForNoServiceWhenItIsDestroyed()
+{
+    QFETCH(bool, talks);
+    ScriptedServer server(m_credentials, [talks](ScriptedConnection &connection) {
+        if (!connection.startTls())
+            return;
+        connection.readRequest();
+        connection.send(replyHead + chunk("uno\n"));
+        while (talks && connection.send(chunk("dos\n"))) { }
+        connection.waitUntilClientLeaves();
+    });
+    QElapsedTimer elapsed;
+    {
+        TestChat chat(serviceAt(server));
+        chat.send(u"hola"_s);
+        QTRY_VERIFY(chat.view.replyHasStarted());
+        elapsed.start();
+    }
+    QVERIFY(elapsed.elapsed() < 1'000);
 }
 
 QTEST_GUILESS_MAIN(SendFlowTest)
