@@ -21,8 +21,7 @@ bool openRegular(QFile &file, const QByteArray &path)
     const int descriptor = ::open(path.constData(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
     if (descriptor < 0)
         return false;
-    struct stat status
-    { };
+    struct stat status{};
     if (::fstat(descriptor, &status) == 0 && S_ISREG(status.st_mode)
         && file.open(descriptor, QIODevice::ReadOnly | QIODevice::Unbuffered,
                      QFileDevice::AutoCloseHandle))

@@ -115,12 +115,10 @@ private Q_SLOTS:
         add("gray tiff", xRay, [=] { return packedTiff(vast(xRay, QImage::Format_Grayscale8)); });
         add("16-bit gray tiff", xRay,
             [=] { return packedTiff(vast(xRay, QImage::Format_Grayscale16)); });
-        add("16-bit tiff", {5'000, 4'000}, [] {
-            return packedTiff(vast({5'000, 4'000}, QImage::Format_RGBX64));
-        });
-        add("tiff of floating-point numbers", {3'000, 3'000}, [] {
-            return packedTiff(vast({3'000, 3'000}, QImage::Format_RGBX32FPx4));
-        });
+        add("16-bit tiff", {5'000, 4'000},
+            [] { return packedTiff(vast({5'000, 4'000}, QImage::Format_RGBX64)); });
+        add("tiff of floating-point numbers", {3'000, 3'000},
+            [] { return packedTiff(vast({3'000, 3'000}, QImage::Format_RGBX32FPx4)); });
     }
     void isWhatDecodingTakes()
     {

@@ -727,15 +727,9 @@ private Q_SLOTS:
     }
 
 private:
-    ContentView &view()
-    {
-        return m_screen->contentView;
-    }
+    ContentView &view() { return m_screen->contentView; }
 
-    QString path(const QString &fileName) const
-    {
-        return m_folder->filePath(fileName);
-    }
+    QString path(const QString &fileName) const { return m_folder->filePath(fileName); }
 
     QUrl file(const QString &fileName, const QByteArray &bytes) const
     {

@@ -16,9 +16,8 @@ private Q_SLOTS:
         QTest::addColumn<QString>("text");
         QTest::addColumn<Blocks>("blocks");
 
-        const auto paragraph = [](const QString &text) {
-            return MarkdownBlock{Kind::paragraph, text};
-        };
+        const auto paragraph
+            = [](const QString &text) { return MarkdownBlock{Kind::paragraph, text}; };
         const MarkdownBlock empty;
 
         QTest::newRow("empty text") << u""_s << Blocks{empty};

@@ -174,7 +174,7 @@ void SendFlowProxiesTest::tellsTheProxyItsPassword()
 
 void SendFlowProxiesTest::asksNoProxyForThisMachine()
 {
-    const ScriptedServer proxy(m_credentials, [](ScriptedConnection &) {});
+    const ScriptedServer proxy(m_credentials, [](ScriptedConnection &) { });
     useProxy(proxy);
     const ScriptedServer server(m_authority.issue("localhost"), [](ScriptedConnection &connection) {
         if (!connection.startTls())
@@ -228,8 +228,7 @@ void SendFlowProxiesTest::proxies_data()
         refused);
     row("garbage", answeringTheProxyRequest("SSH-2.0-OpenSSH_9.2\r\n"), refused);
     row("closes", answeringTheProxyRequest({}), refused);
-    row(
-        "resets", [](ScriptedConnection &connection) { connection.reset(); }, refused);
+    row("resets", [](ScriptedConnection &connection) { connection.reset(); }, refused);
     row(
         "silent", [](ScriptedConnection &connection) { connection.waitUntilClientLeaves(); },
         timedOut, impatient);

@@ -32,7 +32,7 @@ struct TestChat
 
     explicit TestChat(const AssistantService &service, Start start = Start::WithTheHistoryLoaded)
         : sendFlow(
-            &view, &identity, [this](const QByteArray &image) { return preview(image); }, service)
+              &view, &identity, [this](const QByteArray &image) { return preview(image); }, service)
     {
         if (start == Start::WithTheHistoryLoaded)
             view.loadHistory();

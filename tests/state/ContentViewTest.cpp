@@ -442,9 +442,8 @@ void ContentViewTest::piecesGoToTheFirstOfEachID()
     Screen screen;
     const ChatMessage reply = message(u"ya"_s, false);
     const Conversation twin = conversation(u"Una"_s, {reply, reply});
-    screen.store.setData(HistoryStore::historyKey, [twin] {
-        return encodeConversations({twin, twin});
-    });
+    screen.store.setData(HistoryStore::historyKey,
+                         [twin] { return encodeConversations({twin, twin}); });
     screen.view.loadHistory();
     screen.view.appendChunk(u" está "_s, reply.id, twin.id);
     screen.view.trimMessage(reply.id, twin.id);
