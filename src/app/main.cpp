@@ -20,13 +20,27 @@ namespace {
 /// The running program, for when Qt ends the process by itself.
 MyApp *runningApp = nullptr;
 
-/// Qt calls exit() when the X server is gone, which leaves runProgram() where it is.
-void saveAtExit()
+/// Saves and ends the process without destroying anything, since its threads still run.
+void saveAndEnd()
 {
-    if (runningApp) {
-        limitTimeToEnd();
-        runningApp->saveBeforeEnd();
-    }
+    limitTimeToEnd();
+    runningApp->saveBeforeEnd();
+    std::fflush(nullptr);
+    std::_Exit(EXIT_FAILURE);
+}
+
+QtMessageHandler printMessage = nullptr;
+
+/// Qt prints one of these messages when the display is gone, and then ends the process by itself:
+/// with exit() for X11, of which nothing in main() learns, and with _exit() for Wayland.
+void saveWhenTheDisplayIsLost(QtMsgType type, const QMessageLogContext &context,
+                              const QString &message)
+{
+    printMessage(type, context, message);
+    const bool isLost = message.startsWith("The X11 connection broke"_L1)
+        || message.startsWith("The Wayland connection"_L1);
+    if (isLost && runningApp)
+        saveAndEnd();
 }
 
 /// From the first window to the last thing saved; returns the program's exit status.
@@ -50,7 +64,7 @@ int runProgram()
     MyApp myApp(makeUserPreferenceStore());
     QObject::connect(&instance, &SingleInstance::raiseRequested, &myApp, &MyApp::raiseWindow);
     runningApp = &myApp;
-    std::atexit(saveAtExit);
+    printMessage = qInstallMessageHandler(saveWhenTheDisplayIsLost);
     const int status = myApp.start() ? QGuiApplication::exec() : EXIT_FAILURE;
     limitTimeToEnd();
     myApp.saveBeforeEnd();

@@ -90,17 +90,21 @@ private Q_SLOTS:
 
     void remembersEachUsersSubjects()
     {
-        UserMemory memory;
+        qint64 now = 1'000'000;
+        UserMemory memory({}, {}, [&now] { return now; });
         ChatEndpoint endpoint(m_notes, m_composer, memory);
-        const auto linesFor = [&endpoint](const QByteArray &message, const QByteArray &user) {
+        // Each question begins a conversation: what was studied in earlier ones is mentioned there.
+        const auto linesFor = [&](const QByteArray &message, const QByteArray &user) {
+            now += UserMemory::conversationLimit + 1;
             return std::get<Answer>(endpoint.respond(question(message, user))).lines;
         };
         const auto mention = u"Venías estudiando"_s;
         QVERIFY(linesFor("Quiero estudiar Histología.", "a").filter(mention).isEmpty());
         QVERIFY(linesFor("la mitosis", "b").filter(mention).isEmpty());
         QCOMPARE(linesFor("la nefrona", "a").filter(mention + u" **Histología**:"_s).size(), 1);
-        QCOMPARE(linesFor("hola", "a").filter(mention + u" **Nefrona** e **Histología**:"_s).size(),
-                 1);
+        QCOMPARE(
+            linesFor("el hueso", "a").filter(mention + u" **Nefrona** e **Histología**:"_s).size(),
+            1);
         QVERIFY(linesFor("Explicame paso a paso: la mitosis", "b").filter(mention).isEmpty());
         QVERIFY(linesFor("la nefrona", "").filter(mention).isEmpty());
         QVERIFY(linesFor("la mitosis", "").filter(mention).isEmpty());

@@ -205,11 +205,11 @@ private Q_SLOTS:
     void remembersBetweenConnections()
     {
         const RunningService service(u"0"_s);
-        for (const char *message : {"Quiero estudiar Histología.", "¿Qué es la nefrona?"}) {
+        // The second question says nothing of what it is about.
+        for (const char *message : {"¿Qué es la nefrona?", "más corto"}) {
             const auto exchange = service.ask(message);
             QTRY_VERIFY_WITH_TIMEOUT(exchange->isWhole(), patience);
-            QCOMPARE(exchange->body().contains("Venías estudiando **Histología**"),
-                     QByteArray(message).startsWith("¿"));
+            QVERIFY(exchange->body().contains("**nefrona**"));
         }
     }
 
