@@ -2,6 +2,7 @@
 
 #include <QCoreApplication>
 
+#include <atomic>
 #include <chrono>
 #include <csignal>
 #include <cstdio>
@@ -13,6 +14,9 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto endTimeLimit = 5s;
+
+std::atomic<bool> endRequested = false;
+std::atomic<bool> isAllSaved = false;
 
 } // namespace
 
@@ -31,17 +35,30 @@ void quitOnTerminationSignals()
     std::thread([signals] {
         int signal = 0;
         sigwait(&signals, &signal);
+        endRequested = true;
         limitTimeToEnd();
         QCoreApplication::quit();
     }).detach();
+}
+
+bool isEndRequested()
+{
+    return endRequested;
 }
 
 void limitTimeToEnd()
 {
     std::thread([] {
         std::this_thread::sleep_for(endTimeLimit);
+        if (isAllSaved)
+            std::_Exit(EXIT_SUCCESS);
         std::fputs("Error guardando historial: el disco no respondió a tiempo.\n", stdout);
         std::fflush(stdout);
         std::_Exit(EXIT_FAILURE);
     }).detach();
+}
+
+void noteAllSaved()
+{
+    isAllSaved = true;
 }

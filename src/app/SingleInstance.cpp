@@ -20,6 +20,8 @@ using namespace std::chrono_literals;
 namespace {
 
 constexpr auto answerTimeout = 2s;
+/// A little more than the five seconds that a program has for its end.
+constexpr auto endTimeout = 6s;
 /// How long one look at the socket takes, before the next at the lock.
 constexpr auto lookInterval = 50ms;
 
@@ -58,7 +60,8 @@ SingleInstance::Outcome SingleInstance::claim()
 {
     QDir().mkpath(m_folder);
     QLocalSocket first;
-    const QDeadlineTimer deadline(answerTimeout);
+    const QDeadlineTimer answerDeadline(answerTimeout);
+    const QDeadlineTimer endDeadline(endTimeout);
     // The holder may end while it is waited for, or not listen yet.
     do {
         if (takeLock()) {
@@ -71,7 +74,8 @@ SingleInstance::Outcome SingleInstance::claim()
             std::this_thread::sleep_for(lookInterval);
         else if (first.waitForReadyRead(int(lookInterval / 1ms)))
             return Outcome::RaisedOther;
-    } while (!deadline.hasExpired());
+    } while (first.state() == QLocalSocket::UnconnectedState ? !endDeadline.hasExpired()
+                                                             : !answerDeadline.hasExpired());
     return Outcome::NoAnswer;
 }
 
@@ -89,6 +93,11 @@ void SingleInstance::listen()
     // What a killed instance left behind would make listening fail.
     QLocalServer::removeServer(m_socketPath);
     m_server.listen(m_socketPath);
+}
+
+void SingleInstance::stopListening()
+{
+    m_server.close();
 }
 
 void SingleInstance::answer(QLocalSocket *launch)

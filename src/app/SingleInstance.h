@@ -31,10 +31,14 @@ public:
     SingleInstance(const SingleInstance &) = delete;
     SingleInstance &operator=(const SingleInstance &) = delete;
 
-    /// Takes the lock, or asks its holder to raise its window and waits for its answer or its end,
-    /// for two seconds at most. Makes the folder if need be. Where no lock can be made, as in a
-    /// read-only folder, the program counts as the first: nothing can be saved there.
+    /// Takes the lock, or asks its holder to raise its window and waits for its answer or its end:
+    /// for two seconds, and for six while it does not listen, since it is starting or ending then.
+    /// Makes the folder if need be. Where no lock can be made, as in a read-only folder, the
+    /// program counts as the first: nothing can be saved there.
     Outcome claim();
+
+    /// This first instance is ending: another launch waits for that instead of for an answer.
+    void stopListening();
 
 Q_SIGNALS:
     /// Another launch asked this first instance to show itself.

@@ -7,8 +7,10 @@
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QQuickWindow>
+#include <QThread>
 #include <QThreadPool>
 
+#include <csignal>
 #include <cstdio>
 #include <cstdlib>
 
@@ -37,10 +39,18 @@ void saveWhenTheDisplayIsLost(QtMsgType type, const QMessageLogContext &context,
                               const QString &message)
 {
     printMessage(type, context, message);
-    const bool isLost = message.startsWith("The X11 connection broke"_L1)
-        || message.startsWith("The Wayland connection"_L1);
-    if (isLost && runningApp)
+    if (!runningApp)
+        return;
+    if (message.startsWith("The X11 connection broke"_L1))
         saveAndEnd();
+    // Qt 6.4 may say so on another thread. 6.5 and newer connect again where the desktop wants
+    // that.
+    if (message.startsWith("The Wayland connection"_L1)) {
+        const bool isOwnThread = QThread::currentThread() == runningApp->thread();
+        QMetaObject::invokeMethod(runningApp, &MyApp::saveBeforeEnd,
+                                  isOwnThread ? Qt::DirectConnection
+                                              : Qt::BlockingQueuedConnection);
+    }
 }
 
 /// From the first window to the last thing saved; returns the program's exit status.
@@ -64,10 +74,22 @@ int runProgram()
     MyApp myApp(makeUserPreferenceStore());
     QObject::connect(&instance, &SingleInstance::raiseRequested, &myApp, &MyApp::raiseWindow);
     runningApp = &myApp;
-    printMessage = qInstallMessageHandler(saveWhenTheDisplayIsLost);
+    // Another thread may print at any time, so the handler is known before it is replaced.
+    printMessage = qInstallMessageHandler(nullptr);
+    qInstallMessageHandler(saveWhenTheDisplayIsLost);
+    // A signal that came before the event loop runs.
+    QMetaObject::invokeMethod(
+        &myApp,
+        [] {
+            if (isEndRequested())
+                QCoreApplication::quit();
+        },
+        Qt::QueuedConnection);
     const int status = myApp.start() ? QGuiApplication::exec() : EXIT_FAILURE;
+    instance.stopListening();
     limitTimeToEnd();
     myApp.saveBeforeEnd();
+    noteAllSaved();
     runningApp = nullptr;
     return status;
 }
@@ -77,6 +99,8 @@ int runProgram()
 int main(int argc, char *argv[])
 {
     quitOnTerminationSignals();
+    // A line that nobody reads must not end the program.
+    std::signal(SIGPIPE, SIG_IGN);
     QGuiApplication::setApplicationName(u"aulora-ia"_s);
     QGuiApplication::setApplicationDisplayName(u"Aulora IA"_s);
     QGuiApplication::setDesktopFileName(u"ar.aulora.AuloraIA"_s);

@@ -26,24 +26,30 @@ SqliteStatement::SqliteStatement(SqliteConnection &connection, const char *sql)
 
 void SqliteStatement::bind(int index, const QString &text)
 {
-    sqlite3_bind_text64(m_handle.get(), index, static_cast<const char *>(nonNull(text.constData())),
-                        sqlite3_uint64(text.size()) * sizeof(QChar), SQLITE_STATIC, SQLITE_UTF16);
+    noteBinding(sqlite3_bind_text64(
+        m_handle.get(), index, static_cast<const char *>(nonNull(text.constData())),
+        sqlite3_uint64(text.size()) * sizeof(QChar), SQLITE_STATIC, SQLITE_UTF16));
 }
 
 void SqliteStatement::bind(int index, const PreferenceValue &value)
 {
     if (const auto *bytes = std::get_if<QByteArray>(&value))
-        sqlite3_bind_blob64(m_handle.get(), index, nonNull(bytes->constData()),
-                            sqlite3_uint64(bytes->size()), SQLITE_STATIC);
+        noteBinding(sqlite3_bind_blob64(m_handle.get(), index, nonNull(bytes->constData()),
+                                        sqlite3_uint64(bytes->size()), SQLITE_STATIC));
     else if (const auto *text = std::get_if<QString>(&value))
         bind(index, *text);
     else if (const auto *flag = std::get_if<bool>(&value))
-        sqlite3_bind_int(m_handle.get(), index, *flag ? 1 : 0);
+        noteBinding(sqlite3_bind_int(m_handle.get(), index, *flag ? 1 : 0));
+}
+
+void SqliteStatement::noteBinding(int result)
+{
+    m_isBound = m_isBound && result == SQLITE_OK;
 }
 
 SqliteStatement::Step SqliteStatement::step()
 {
-    if (!m_handle)
+    if (!m_handle || !m_isBound)
         return Step::failed;
     switch (sqlite3_step(m_handle.get())) {
     case SQLITE_ROW:

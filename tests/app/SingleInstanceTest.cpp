@@ -13,6 +13,7 @@
 #include <cstdio>
 #include <future>
 #include <memory>
+#include <optional>
 #include <thread>
 
 using namespace Qt::StringLiterals;
@@ -120,6 +121,19 @@ private Q_SLOTS:
         QCOMPARE(next.wait_for(std::chrono::milliseconds(300)), std::future_status::timeout);
         holder->kill();
         QVERIFY(holder->waitForFinished());
+        QCOMPARE(next.get(), Outcome::First);
+    }
+
+    void endingHolderIsWaitedFor()
+    {
+        const QTemporaryDir folder;
+        std::optional<SingleInstance> first(std::in_place, folder.path());
+        QCOMPARE(first->claim(), Outcome::First);
+        first->stopListening();
+        auto next = std::async(std::launch::async,
+                               [path = folder.path()] { return SingleInstance(path).claim(); });
+        QCOMPARE(next.wait_for(std::chrono::milliseconds(2500)), std::future_status::timeout);
+        first.reset();
         QCOMPARE(next.get(), Outcome::First);
     }
 

@@ -48,6 +48,17 @@ class EndingTest(AuloraTestCase):
                 self.assertEqual(program.wait(), 0)
                 self.assertEqual(self.texts(program), ["pregunta", "uno\ndos\n"])
 
+    def test_a_signal_at_any_moment_of_the_start_ends_it(self):
+        for delay in (0.02, 0.05, 0.1, 0.2, 0.4):
+            with self.subTest(delay):
+                program = Program(self.desktop, self.executable)
+                self.addCleanup(program.kill)
+                time.sleep(delay)
+                program.process.send_signal(signal.SIGTERM)
+                # Not by the limit of five seconds. The system itself ends it before main() begins.
+                self.assertIn(program.wait(4.5), (0, -signal.SIGTERM))
+                self.assertEqual(program.output, "")
+
     def test_loss_of_the_display_keeps_the_lines_of_a_growing_reply(self):
         program = self.start(quiet=False)
         self.growing_reply(program)

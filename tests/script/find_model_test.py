@@ -1,5 +1,6 @@
 """What script/find-model makes of the servers that may be there."""
 
+import socket
 import subprocess
 import threading
 import unittest
@@ -10,7 +11,7 @@ SCRIPT = Path(__file__).parents[2] / "script/find-model"
 
 
 class FindModelTest(unittest.TestCase):
-    def serve(self, answer, status=200):
+    def serve(self, answer, status=200, headers=()):
         """A server on a free port that answers everything alike."""
         paths = []
 
@@ -18,6 +19,8 @@ class FindModelTest(unittest.TestCase):
             def do_GET(self):
                 paths.append(self.path)
                 self.send_response(status)
+                for name, value in dict(headers).items():
+                    self.send_header(name, value)
                 self.end_headers()
                 self.wfile.write(answer.encode())
 
@@ -56,6 +59,26 @@ class FindModelTest(unittest.TestCase):
             with self.subTest(answer):
                 self.assertEqual(self.find(self.serve(answer)[0]), "")
         self.assertEqual(self.find(self.serve('{"data": [{"id": "a"}]}', 404)[0]), "")
+        self.assertEqual(self.find(self.serve("[" * 200_000)[0]), "")
+
+    def test_nothing_when_what_answers_is_no_web_server(self):
+        listener = socket.create_server(("127.0.0.1", 0))
+        self.addCleanup(listener.close)
+
+        def greet():
+            connection, _ = listener.accept()
+            with connection:
+                connection.sendall(b"SSH-2.0-OpenSSH_9.2\r\n")
+                connection.recv(1000)
+
+        threading.Thread(target=greet, daemon=True).start()
+        self.assertEqual(self.find(listener.getsockname()[1]), "")
+
+    def test_redirects_are_not_followed(self):
+        elsewhere, paths = self.serve('{"data": [{"id": "ajeno"}]}')
+        port, _ = self.serve("", 302, {"Location": f"http://127.0.0.1:{elsewhere}/v1/models"})
+        self.assertEqual(self.find(port), "")
+        self.assertEqual(paths, [])
 
 
 if __name__ == "__main__":

@@ -164,13 +164,19 @@ bool UserMemory::forget(const QString &userId)
         return true;
     if (!open() || !m_database.run("delete from users where user = ?", {userKey(userId)}))
         return false;
-    // Until then the journal holds what was erased.
-    return m_database.run("pragma wal_checkpoint(truncate)").has_value();
+    return emptyJournal();
+}
+
+// Until then it holds what was erased. Another process that reads can keep it from being emptied.
+bool UserMemory::emptyJournal()
+{
+    const auto rows = m_database.run("pragma wal_checkpoint(truncate)");
+    return rows && !rows->isEmpty() && rows->constFirst().constFirst().toLongLong() == 0;
 }
 
 void UserMemory::forgetOld()
 {
     const std::scoped_lock lock(m_mutex);
-    if (open())
-        eraseOld();
+    if (open() && eraseOld())
+        emptyJournal();
 }

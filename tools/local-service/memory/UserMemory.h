@@ -62,6 +62,7 @@ private:
     bool open();
     bool write(const QByteArray &user, const Exchange &exchange);
     bool eraseOld();
+    bool emptyJournal();
     QStringList texts(const char *query, const QByteArray &user);
     QList<ChatTurn> turns(const QByteArray &user);
 
