@@ -114,7 +114,9 @@ std::optional<QString> SqlitePreferenceBackend::commit(const Values &changes,
             break;
         }
     }
-    close();
+    // Only the open connection can tell what another program commits from a write past SQLite.
+    if (!failure->isBusy())
+        close();
     return failure->description;
 }
 
@@ -176,8 +178,11 @@ SqlitePreferenceBackend::commitOnce(const Values &changes, const std::function<V
         if (auto failure = moveAside(u"otro programa cambió el archivo de datos"_s))
             return failure;
     }
-    if (auto failure = open())
+    if (auto failure = open()) {
+        // What is set up in part must not be taken for open.
+        close();
         return failure;
+    }
     if (isDisplaced())
         return replacementError();
     Values values = changes;

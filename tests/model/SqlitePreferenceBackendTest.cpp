@@ -237,6 +237,7 @@ private Q_SLOTS:
     void waitsUntilTheNewcomerCanBeMoved();
     void takesAnotherProgramsCommitForNoDamage_data();
     void takesAnotherProgramsCommitForNoDamage();
+    void takesACommitThatItWaitedForForNoDamage();
     void writesStringsAnewAfterDamageToTheHistory();
     void believesNoSizeBeyondTheFile();
     void readsAfterAKilledProgram();
@@ -766,6 +767,24 @@ void SqlitePreferenceBackendTest::takesAnotherProgramsCommitForNoDamage()
     QVERIFY(store->flush());
     query(m_path, statements);
     store->setString(u"text"_s, u"after"_s);
+    QVERIFY(store->flush());
+    QCOMPARE(repairs.size(), 0);
+    QCOMPARE(query(m_path, u"SELECT value FROM preferences ORDER BY key"_s),
+             QStringList({u"theirs"_s, u"after"_s}));
+}
+
+void SqlitePreferenceBackendTest::takesACommitThatItWaitedForForNoDamage()
+{
+    const auto store = openStore(m_path);
+    const QSignalSpy repairs(store.get(), &PreferenceStore::repairedWhileCommitting);
+    store->setString(u"text"_s, u"before"_s);
+    QVERIFY(store->flush());
+
+    auto other = otherProgram(m_path,
+                              "BEGIN IMMEDIATE; INSERT INTO preferences VALUES('other', 'theirs')");
+    store->setString(u"text"_s, u"after"_s);
+    QVERIFY(!store->flush());
+    QVERIFY(!other.execute("COMMIT; PRAGMA wal_checkpoint(TRUNCATE)"));
     QVERIFY(store->flush());
     QCOMPARE(repairs.size(), 0);
     QCOMPARE(query(m_path, u"SELECT value FROM preferences ORDER BY key"_s),
