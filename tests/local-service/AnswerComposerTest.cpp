@@ -146,10 +146,57 @@ private Q_SLOTS:
         checkLines(answer.lines);
     }
 
+    void tellsWholeNotesInTheirOrder_data()
+    {
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("title");
+        const auto row = [](const char *message, const QString &title) {
+            QTest::newRow(message) << QString::fromUtf8(message) << title;
+        };
+        row("tipos de epitelio y donde estan", u"Tejido epitelial"_s);
+        row("capas de la epidermis en orden", u"Piel"_s);
+        row("causas de insuficiencia cardiaca", u"Insuficiencia cardíaca"_s);
+        row("por q la cirrosis da ascitis", u"Cirrosis"_s);
+        row("como se diagnostica la cetoacidosis diabetica", u"Cetoacidosis diabética"_s);
+        row("para que sirve la hematoxilina eosina", u"Tinción con hematoxilina y eosina"_s);
+        row("complicaciones de la diabetes tipo 1", u"Diabetes tipo 1"_s);
+        row("tratamiento de la neumonia", u"Neumonía"_s);
+    }
+    void tellsWholeNotesInTheirOrder()
+    {
+        QFETCH(QString, message);
+        QFETCH(QString, title);
+        const StudyConcept &known = *m_notes.conceptIn(title);
+        const QStringList lines = m_composer.answer({message, u"u"_s, {}}, {}).lines;
+        const QString text = lines.join(u'\n');
+        QCOMPARE(lines.value(1), known.values[u"qué es"_s].first());
+        qsizetype at = 0;
+        for (const QString &step : known.values[u"paso"_s]) {
+            const qsizetype next = text.indexOf(u". "_s + step, at);
+            QVERIFY2(next > at, qUtf8Printable(step));
+            at = next;
+        }
+        for (const QString &key : known.values[u"clave"_s])
+            QCOMPARE(text.count(key), 1);
+        for (const QString &error : known.values[u"error"_s])
+            QVERIFY2(!text.contains(error), qUtf8Printable(error));
+        // A resolution follows its case.
+        if (const qsizetype end = text.indexOf(known.values[u"resolución"_s].first()); end >= 0)
+            QVERIFY(text.first(end).contains(known.values[u"caso"_s].first()));
+        QStringList once = lines;
+        once.removeAll(QString());
+        QCOMPARE(once.removeDuplicates(), 0);
+    }
+
     void answersTheSideThatIsAskedFor()
     {
         const auto lines = m_composer.answer({u"¿Para qué sirve la placenta?"_s, {}, {}}, {}).lines;
-        QVERIFY(lines.contains(u"## Función"_s));
+        const StudyConcept &placenta = *m_notes.conceptIn(u"placenta"_s);
+        QCOMPARE(lines.value(1), placenta.values[u"qué es"_s].first());
+        QStringList steps;
+        for (const QString &step : placenta.values[u"paso"_s])
+            steps += u"%1. %2"_s.arg(steps.size() + 1).arg(step);
+        QCOMPARE(lines.mid(lines.indexOf(steps.first()), steps.size()), steps);
         const auto answered
             = m_composer
                   .answer({u"¿por qué aparece la ortopnea en la insuficiencia cardíaca?"_s, {}, {}},
@@ -213,6 +260,17 @@ private Q_SLOTS:
         checkLines(lines);
     }
 
+    void claimsNoSequenceWhereThereIsNone()
+    {
+        Conversation talk(m_composer);
+        const auto lines = talk.ask(u"que es la anemia"_s);
+        const auto point = talk.ask(u"no entendi el 2"_s);
+        QVERIFY(point.first().startsWith(u"**El punto 2 decía:**"_s));
+        const QString text = point.join(u'\n');
+        QVERIFY(!text.contains(u"Antes venía"_s) && !text.contains(u"Después sigue"_s));
+        QVERIFY(text.contains(m_notes.conceptIn(u"anemia"_s)->values[u"qué es"_s].first()));
+    }
+
     void goesOnWithAConversation()
     {
         Conversation talk(m_composer);
@@ -222,8 +280,8 @@ private Q_SLOTS:
 
         const auto point = talk.ask(u"No entendí el punto 3"_s);
         QCOMPARE(point.first(), u"**El punto 3 decía:** "_s + steps[2]);
-        QVERIFY(point.contains(u"**Viene de esto:** "_s + steps[1]));
-        QVERIFY(point.contains(u"**Y lleva a esto:** "_s + steps[3]));
+        QVERIFY(point.contains(u"**Antes venía:** "_s + steps[1]));
+        QVERIFY(point.contains(u"**Después sigue:** "_s + steps[3]));
         QCOMPARE(talk.subjects(), QStringList{u"Mitosis"_s});
 
         const auto brief = talk.ask(u"más corto"_s);

@@ -458,7 +458,7 @@ NoteValues AnswerComposer::conceptValues(const StudyConcept &known,
     values[u"clave principal"_s] = known.values.value(u"clave"_s).mid(0, 1);
     values[u"pregunta inicial"_s] = known.values.value(u"pregunta"_s).mid(0, 1);
     QStringList direct = m_aspects.linesFor(reading, known);
-    if (direct.isEmpty() && reading.asksToExplain)
+    if (reading.asksToExplain || !reading.aspect.isEmpty() || !direct.isEmpty())
         values[u"paso a explicar"_s] = known.values.value(u"paso"_s);
     // What is said first is not said again.
     direct.removeAll(known.values.value(u"qué es"_s).value(0));
