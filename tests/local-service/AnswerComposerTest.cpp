@@ -146,6 +146,53 @@ private Q_SLOTS:
         checkLines(answer.lines);
     }
 
+    void findsTheNoteThatIsMeant_data()
+    {
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("first");
+        QTest::addColumn<QString>("subject");
+        const auto row = [](const char *message, const QString &first, const QString &subject) {
+            QTest::newRow(message) << QString::fromUtf8(message) << first << subject;
+        };
+        row("q es la unidad funcional del higado, el lobulillo hepatico", u"# Hígado"_s,
+            u"Hígado"_s);
+        row("paciente con mano caída después de fractura de húmero, qué nervio se lesionó?",
+            u"# "_s, u"Nervio radial"_s);
+        row("tetralogia de fallot", u"# Desarrollo del corazón"_s, u"Desarrollo del corazón"_s);
+        row("diferencia entre dbt tipo 1 y tipo 2",
+            u"# Comparación: Diabetes tipo 1 y Diabetes tipo 2"_s,
+            u"Diabetes tipo 1 y Diabetes tipo 2"_s);
+        row("transporte activo vs pasivo", u"# Comparación: Transporte activo"_s,
+            u"Membrana plasmática"_s);
+        row("diferencia entre transporte activo y transporte pasivo",
+            u"# Comparación: Transporte activo"_s, u"Membrana plasmática"_s);
+        row("en qué se diferencian arteria y vena histológicamente",
+            u"# Comparación: Arteria y vena"_s, u"Vasos sanguíneos"_s);
+        row("este parcial me va a matar", u"Cuando un tema aplasta"_s, QString());
+        row("me quiero morir, desaprobe anatomia", u"Si detrás de la frase"_s, QString());
+    }
+    void findsTheNoteThatIsMeant()
+    {
+        QFETCH(QString, message);
+        QFETCH(QString, first);
+        QFETCH(QString, subject);
+        const Answer answer = m_composer.answer({message, u"u"_s, {}}, {});
+        QVERIFY2(answer.lines.first().startsWith(first), qUtf8Printable(answer.lines.first()));
+        QCOMPARE(answer.subject, subject);
+        QVERIFY(answer.lines.filter(u"no tengo una nota"_s).isEmpty());
+    }
+
+    void suggestsOnlyWhatIsRelated()
+    {
+        for (const QString &message : {u"origen e insercion del biceps braquial"_s,
+                                       u"explicame paso a paso como leer un ecg"_s}) {
+            const QString text = m_composer.answer({message, u"u"_s, {}}, {}).lines.join(u'\n');
+            QVERIFY(text.contains(u"todavía no tengo una nota"_s));
+            for (const QString &other : {u"Mutaciones"_s, u"Herencia multifactorial"_s})
+                QVERIFY2(!text.contains(other), qUtf8Printable(text));
+        }
+    }
+
     void tellsWholeNotesInTheirOrder_data()
     {
         QTest::addColumn<QString>("message");

@@ -55,6 +55,24 @@ static bool isTopic(const QStringList &asked, const QList<LineMatch> &lines)
     return holdsSeveral || (lines.size() > 1 && asked.first().size() >= shortestTopic);
 }
 
+// Whether the concept of `match` has to do with the words `asked`, rather than use one of them for
+// something else.
+static bool isRelated(const LineMatch &match, const QStringList &asked)
+{
+    if (match.wordCount > 1)
+        return true;
+    const StudyConcept &known = *match.line.known;
+    const QStringList about = ConceptIndex::topicStems(foldedWords(
+        textWords(known.names.join(u' ') + u' ' + known.values.value(u"qué es"_s).value(0))));
+    const QStringList said
+        = ConceptIndex::topicStems(foldedWords(textWords(NoteAspects::lineText(match.line))));
+    return std::any_of(asked.begin(), asked.end(), [&](const QString &word) {
+        const QString stem = ConceptIndex::topicStems({word}).value(0);
+        const bool isTelling = asked.size() <= 2 && word.size() >= shortestTopic;
+        return said.contains(stem) && (isTelling || about.contains(stem));
+    });
+}
+
 AnswerComposer::AnswerComposer(const StudyNotes &notes)
     : m_notes(notes)
     , m_emergencies(notes)
@@ -71,9 +89,11 @@ Answer AnswerComposer::answer(const ChatQuestion &question, const UserContext &c
 
     Answer answer = textAnswer(question, context);
     if (const auto care = m_emergencies.careLine(question.message)) {
-        if (answer.subject.isEmpty())
+        if (answer.subject.isEmpty() || m_emergencies.isOutpouring(question.message))
             answer = {fillForm(m_notes.form(u"cuidado"_s), {}), {}};
         answer.lines.prepend(*care);
+    } else if (answer.subject.isEmpty() && m_emergencies.isOutpouring(question.message)) {
+        answer = {fillForm(m_notes.form(u"cuidado"_s), {}), {}};
     }
     return answer;
 }
@@ -221,7 +241,16 @@ AnswerComposer::conceptsFor(const QuestionReading &reading, const UserContext &c
         if (goesOn)
             return earlier + reading.concepts;
         // "¿Qué enzima une los fragmentos de Okazaki?" names enzymes by the way.
-        const auto elsewhere = linesAbout(reading);
+        // The line that answers it names them too.
+        const QStringList named
+            = ConceptIndex::topicStems(foldedWords(textWords(reading.names.join(u' '))));
+        QList<LineMatch> elsewhere = linesAbout(reading);
+        elsewhere.removeIf([&](const LineMatch &match) {
+            const QStringList said = ConceptIndex::topicStems(
+                foldedWords(textWords(NoteAspects::lineText(match.line))));
+            return std::none_of(named.begin(), named.end(),
+                                [&](const QString &stem) { return said.contains(stem); });
+        });
         const bool isAnswered = !elsewhere.isEmpty() && elsewhere.first().share >= answeringShare
             && elsewhere.first().wordCount > 1;
         const auto here = index.linesAbout(reading.remainder, reading.main);
@@ -313,12 +342,17 @@ Answer AnswerComposer::unknown(const Request &request) const
         values[u"tema"_s] = {request.reading.topic};
 
     QStringList nearby;
+    QString subject;
     // Alone, a short word often means something else in the notes: a drop for the gout.
     const QStringList &asked = request.reading.remainder;
     const bool isTelling = asked.size() > 1 || asked.value(0).size() >= shortestNearby;
     for (const LineMatch &match : isTelling ? linesAbout(request.reading) : QList<LineMatch>()) {
         if (match.share < nearbyShare || nearby.size() == mostNearby)
             break;
+        if (!isRelated(match, asked)
+            || (!subject.isEmpty() && match.line.known->subject != subject))
+            continue;
+        subject = match.line.known->subject;
         const QString title = inBold(match.line.known->title);
         if (nearby.contains(title))
             continue;

@@ -73,6 +73,13 @@ static QStringList literalWords(QStringList words, const PhraseBook &frames)
     return words;
 }
 
+bool EmergencyAnswers::isOutpouring(const QString &message) const
+{
+    const QStringList words = foldedWords(m_index.words(message));
+    return m_frames.holds(u"desahogo"_s, words)
+        || (m_frames.holds(u"figurado"_s, words) && m_frames.holds(u"de la carrera"_s, words));
+}
+
 bool EmergencyAnswers::mayBeFigurative(const QStringList &words) const
 {
     return m_frames.holds(u"quizá figurado"_s, literalWords(words, m_frames))
