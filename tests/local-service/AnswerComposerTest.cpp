@@ -164,6 +164,8 @@ private Q_SLOTS:
             u"Diabetes tipo 1 y Diabetes tipo 2"_s);
         row("transporte activo vs pasivo", u"# Comparación: Transporte activo"_s,
             u"Membrana plasmática"_s);
+        row("trasnporte activo vs pasivo ejemplos", u"# Comparación: Transporte activo"_s,
+            u"Membrana plasmática"_s);
         row("diferencia entre transporte activo y transporte pasivo",
             u"# Comparación: Transporte activo"_s, u"Membrana plasmática"_s);
         row("en qué se diferencian arteria y vena histológicamente",
@@ -180,6 +182,16 @@ private Q_SLOTS:
         QVERIFY2(answer.lines.first().startsWith(first), qUtf8Printable(answer.lines.first()));
         QCOMPARE(answer.subject, subject);
         QVERIFY(answer.lines.filter(u"no tengo una nota"_s).isEmpty());
+    }
+
+    void labelsAnErrorWhereverItStands()
+    {
+        const auto lines
+            = m_composer.answer({u"diferencia entre morula y blastocisto"_s, u"u"_s, {}}, {}).lines;
+        const auto errors = lines.filter(u"Decir que se implanta la mórula"_s);
+        QVERIFY(!errors.isEmpty());
+        for (const QString &error : errors)
+            QVERIFY(error.startsWith(u"- **Un error frecuente:** "_s));
     }
 
     void suggestsOnlyWhatIsRelated()

@@ -502,7 +502,7 @@ NoteValues AnswerComposer::conceptValues(const StudyConcept &known,
     }
     if (!direct.isEmpty()) {
         values[u"directo"_s] = direct;
-        values[u"aspecto"_s] = {reading.aspect.isEmpty() ? u"Lo que preguntás"_s : reading.aspect};
+        values[u"aspecto"_s] = {m_aspects.heading(reading)};
     }
     return values;
 }

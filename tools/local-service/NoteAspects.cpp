@@ -13,6 +13,8 @@ static constexpr qsizetype mostLines = 3;
 static constexpr qsizetype mostOfAspect = 8;
 // A practice question is an answer where it is nearly what is asked.
 static constexpr double sameQuestionShare = 0.7;
+// An error says what is wrong: nobody may take it for a fact.
+static const auto errorLabel = u"**Un error frecuente:** "_s;
 // A line that holds this share of what is asked answers it.
 static constexpr double enoughShare = 0.45;
 
@@ -22,6 +24,14 @@ NoteAspects::NoteAspects(const StudyNotes &notes)
 {
     for (const NoteSection &section : notes.phrases(u"aspectos"_s))
         m_aspects.insert(section.title, section.values);
+}
+
+QString NoteAspects::heading(const QuestionReading &reading) const
+{
+    const NoteValues aspect = m_aspects.value(reading.aspect);
+    const bool isKnown
+        = aspect.contains(u"busca"_s) || aspect.value(u"clave"_s).contains(u"error"_s);
+    return isKnown ? reading.aspect : u"Lo que preguntás"_s;
 }
 
 QString NoteAspects::lineText(const NoteLine &line)
@@ -56,7 +66,8 @@ static QStringList factsOf(QStringList lines, const StudyConcept &known)
         const auto holds = [&](const QString &key) {
             const QStringList values = known.values.value(key);
             return std::any_of(values.begin(), values.end(), [&](const QString &value) {
-                return line == capitalized(value) || line.startsWith("**"_L1 + value);
+                return line == capitalized(value) || line == errorLabel + value
+                    || line.startsWith("**"_L1 + value);
             });
         };
         return holds(u"paso"_s) || holds(u"error"_s) || holds(u"pregunta"_s);
@@ -77,7 +88,7 @@ QStringList NoteAspects::linesWith(const QStringList &stems, const StudyConcept 
                 return said.contains(stem);
             });
             if (holdsAll)
-                lines += capitalized(line);
+                lines += key == "error"_L1 ? errorLabel + line : capitalized(line);
         }
     }
     return lines;

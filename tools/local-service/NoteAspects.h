@@ -22,6 +22,10 @@ public:
     /// resolution without its case.
     QStringList linesFor(const QuestionReading &reading, const StudyConcept &known) const;
 
+    /// What those facts stand under: the aspect where they are told by it, else that they share the
+    /// words of the question.
+    QString heading(const QuestionReading &reading) const;
+
     /// A line as an answer: a practice question is given with its own.
     static QString lineText(const NoteLine &line);
 

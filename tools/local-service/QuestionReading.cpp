@@ -174,7 +174,14 @@ static QStringList wholeSides(QStringList sides, const QString &name, const Conc
     const QStringList named = name.split(u' ');
     for (QString &side : sides) {
         const QStringList said = side.split(u' ');
-        if (said.size() >= named.size() || !index.mentions(index.words(side)).isEmpty())
+        const auto own = index.mentions(index.words(side));
+        // A slip of the pen, as "trasnporte activo".
+        if (own.size() == 1 && own.first().wordCount == said.size()
+            && !std::all_of(said.begin(), said.end(), [&](const QString &word) {
+                   return index.isKnownWord(foldedText(word));
+               }))
+            side = own.first().name;
+        if (said.size() >= named.size() || !own.isEmpty())
             continue;
         const QString whole = (named.first(named.size() - said.size()) + said).join(u' ');
         const auto found = index.mentions(index.words(whole));
