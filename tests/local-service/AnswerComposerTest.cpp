@@ -171,6 +171,7 @@ private Q_SLOTS:
         row("en qué se diferencian arteria y vena histológicamente",
             u"# Comparación: Arteria y vena"_s, u"Vasos sanguíneos"_s);
         row("este parcial me va a matar", u"Cuando un tema aplasta"_s, QString());
+        row("este parcial de anatomia me va a matar", u"Cuando un tema aplasta"_s, QString());
         row("me quiero morir, desaprobe anatomia", u"Si detrás de la frase"_s, QString());
     }
     void findsTheNoteThatIsMeant()

@@ -92,7 +92,8 @@ Answer AnswerComposer::answer(const ChatQuestion &question, const UserContext &c
         if (answer.subject.isEmpty() || m_emergencies.isOutpouring(question.message))
             answer = {fillForm(m_notes.form(u"cuidado"_s), {}), {}};
         answer.lines.prepend(*care);
-    } else if (answer.subject.isEmpty() && m_emergencies.isOutpouring(question.message)) {
+    } else if ((answer.subject.isEmpty() || StudyNotes::subjects().contains(answer.subject))
+               && m_emergencies.isOutpouring(question.message)) {
         answer = {fillForm(m_notes.form(u"cuidado"_s), {}), {}};
     }
     return answer;
