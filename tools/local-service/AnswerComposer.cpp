@@ -56,8 +56,8 @@ static bool isTopic(const QStringList &asked, const QList<LineMatch> &lines)
 }
 
 // Whether the concept of `match` has to do with the words `asked`, rather than use one of them for
-// something else.
-static bool isRelated(const LineMatch &match, const QStringList &asked)
+// something else. `lineCount` is how many of its lines hold any.
+static bool isRelated(const LineMatch &match, const QStringList &asked, qsizetype lineCount)
 {
     if (match.wordCount > 1)
         return true;
@@ -68,7 +68,7 @@ static bool isRelated(const LineMatch &match, const QStringList &asked)
         = ConceptIndex::topicStems(foldedWords(textWords(NoteAspects::lineText(match.line))));
     return std::any_of(asked.begin(), asked.end(), [&](const QString &word) {
         const QString stem = ConceptIndex::topicStems({word}).value(0);
-        const bool isTelling = asked.size() <= 2 && word.size() >= shortestTopic;
+        const bool isTelling = asked.size() <= 2 && word.size() >= shortestTopic && lineCount > 1;
         return said.contains(stem) && (isTelling || about.contains(stem));
     });
 }
@@ -347,10 +347,14 @@ Answer AnswerComposer::unknown(const Request &request) const
     // Alone, a short word often means something else in the notes: a drop for the gout.
     const QStringList &asked = request.reading.remainder;
     const bool isTelling = asked.size() > 1 || asked.value(0).size() >= shortestNearby;
-    for (const LineMatch &match : isTelling ? linesAbout(request.reading) : QList<LineMatch>()) {
+    const QList<LineMatch> lines = isTelling ? linesAbout(request.reading) : QList<LineMatch>();
+    QHash<const StudyConcept *, qsizetype> counts;
+    for (const LineMatch &match : lines)
+        ++counts[match.line.known];
+    for (const LineMatch &match : lines) {
         if (match.share < nearbyShare || nearby.size() == mostNearby)
             break;
-        if (!isRelated(match, asked)
+        if (!isRelated(match, asked, counts[match.line.known])
             || (!subject.isEmpty() && match.line.known->subject != subject))
             continue;
         subject = match.line.known->subject;
