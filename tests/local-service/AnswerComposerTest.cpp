@@ -195,12 +195,20 @@ private Q_SLOTS:
             QVERIFY(error.startsWith(u"- **Un error frecuente:** "_s));
     }
 
+    void saysWhatIsOutsideMedicine()
+    {
+        for (const QString &message :
+             {u"quien gano el mundial 2022"_s, u"que pelicula me recomendas para hoy"_s}) {
+            const QStringList lines = m_composer.answer({message, u"u"_s, {}}, {}).lines;
+            QVERIFY(lines.first().startsWith(u"Eso queda fuera de lo mío"_s));
+        }
+    }
+
     void suggestsOnlyWhatIsRelated()
     {
         for (const QString &message :
              {u"origen e insercion del biceps braquial"_s,
-              u"explicame paso a paso como leer un ecg"_s, u"que pelicula me recomendas para hoy"_s,
-              u"maniobra de heimlich"_s}) {
+              u"explicame paso a paso como leer un ecg"_s, u"maniobra de heimlich"_s}) {
             const QString text = m_composer.answer({message, u"u"_s, {}}, {}).lines.join(u'\n');
             QVERIFY(text.contains(u"todavía no tengo una nota"_s));
             for (const QString &other : {u"Mutaciones"_s, u"Herencia multifactorial"_s,

@@ -78,6 +78,7 @@ AnswerComposer::AnswerComposer(const StudyNotes &notes)
     , m_emergencies(notes)
     , m_reader(notes)
     , m_aspects(notes)
+    , m_outside(notes.phrases(u"fuera"_s), u"si dice"_s)
 { }
 
 Answer AnswerComposer::answer(const ChatQuestion &question, const UserContext &context) const
@@ -337,6 +338,10 @@ Answer AnswerComposer::withoutTopic(const Request &request) const
 Answer AnswerComposer::unknown(const Request &request) const
 {
     NoteValues values = serviceValues(request.context);
+    if (m_outside.holds(u"fuera"_s, request.reading.words)) {
+        values[u"fuera"_s] = {QString()};
+        return {fillForm(m_notes.form(u"desconocido"_s), values), {}};
+    }
     if (request.reading.topic.isEmpty())
         values[u"sin nombre"_s] = {QString()};
     else
