@@ -146,10 +146,128 @@ private Q_SLOTS:
         checkLines(answer.lines);
     }
 
+    void findsTheNoteThatIsMeant_data()
+    {
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("first");
+        QTest::addColumn<QString>("subject");
+        const auto row = [](const char *message, const QString &first, const QString &subject) {
+            QTest::newRow(message) << QString::fromUtf8(message) << first << subject;
+        };
+        row("q es la unidad funcional del higado, el lobulillo hepatico", u"# Hígado"_s,
+            u"Hígado"_s);
+        row("paciente con mano caída después de fractura de húmero, qué nervio se lesionó?",
+            u"# "_s, u"Nervio radial"_s);
+        row("tetralogia de fallot", u"# Desarrollo del corazón"_s, u"Desarrollo del corazón"_s);
+        row("diferencia entre dbt tipo 1 y tipo 2",
+            u"# Comparación: Diabetes tipo 1 y Diabetes tipo 2"_s,
+            u"Diabetes tipo 1 y Diabetes tipo 2"_s);
+        row("transporte activo vs pasivo", u"# Comparación: Transporte activo"_s,
+            u"Membrana plasmática"_s);
+        row("trasnporte activo vs pasivo ejemplos", u"# Comparación: Transporte activo"_s,
+            u"Membrana plasmática"_s);
+        row("diferencia entre transporte activo y transporte pasivo",
+            u"# Comparación: Transporte activo"_s, u"Membrana plasmática"_s);
+        row("en qué se diferencian arteria y vena histológicamente",
+            u"# Comparación: Arteria y vena"_s, u"Vasos sanguíneos"_s);
+        row("este parcial me va a matar", u"Cuando un tema aplasta"_s, QString());
+        row("este parcial de anatomia me va a matar", u"Cuando un tema aplasta"_s, QString());
+        row("me quiero morir, desaprobe anatomia", u"Si detrás de la frase"_s, QString());
+    }
+    void findsTheNoteThatIsMeant()
+    {
+        QFETCH(QString, message);
+        QFETCH(QString, first);
+        QFETCH(QString, subject);
+        const Answer answer = m_composer.answer({message, u"u"_s, {}}, {});
+        QVERIFY2(answer.lines.first().startsWith(first), qUtf8Printable(answer.lines.first()));
+        QCOMPARE(answer.subject, subject);
+        QVERIFY(answer.lines.filter(u"no tengo una nota"_s).isEmpty());
+    }
+
+    void labelsAnErrorWhereverItStands()
+    {
+        const auto lines
+            = m_composer.answer({u"diferencia entre morula y blastocisto"_s, u"u"_s, {}}, {}).lines;
+        const auto errors = lines.filter(u"Decir que se implanta la mórula"_s);
+        QVERIFY(!errors.isEmpty());
+        for (const QString &error : errors)
+            QVERIFY(error.startsWith(u"- **Un error frecuente:** "_s));
+    }
+
+    void saysWhatIsOutsideMedicine()
+    {
+        for (const QString &message :
+             {u"quien gano el mundial 2022"_s, u"que pelicula me recomendas para hoy"_s}) {
+            const QStringList lines = m_composer.answer({message, u"u"_s, {}}, {}).lines;
+            QVERIFY(lines.first().startsWith(u"Eso queda fuera de lo mío"_s));
+        }
+    }
+
+    void suggestsOnlyWhatIsRelated()
+    {
+        for (const QString &message :
+             {u"origen e insercion del biceps braquial"_s,
+              u"explicame paso a paso como leer un ecg"_s, u"maniobra de heimlich"_s}) {
+            const QString text = m_composer.answer({message, u"u"_s, {}}, {}).lines.join(u'\n');
+            QVERIFY(text.contains(u"todavía no tengo una nota"_s));
+            for (const QString &other : {u"Mutaciones"_s, u"Herencia multifactorial"_s,
+                                         u"**Pulmones**"_s, u"Pares craneales"_s})
+                QVERIFY2(!text.contains(other), qUtf8Printable(text));
+        }
+    }
+
+    void tellsWholeNotesInTheirOrder_data()
+    {
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("title");
+        const auto row = [](const char *message, const QString &title) {
+            QTest::newRow(message) << QString::fromUtf8(message) << title;
+        };
+        row("tipos de epitelio y donde estan", u"Tejido epitelial"_s);
+        row("capas de la epidermis en orden", u"Piel"_s);
+        row("causas de insuficiencia cardiaca", u"Insuficiencia cardíaca"_s);
+        row("por q la cirrosis da ascitis", u"Cirrosis"_s);
+        row("como se diagnostica la cetoacidosis diabetica", u"Cetoacidosis diabética"_s);
+        row("para que sirve la hematoxilina eosina", u"Tinción con hematoxilina y eosina"_s);
+        row("complicaciones de la diabetes tipo 1", u"Diabetes tipo 1"_s);
+        row("tratamiento de la neumonia", u"Neumonía"_s);
+    }
+    void tellsWholeNotesInTheirOrder()
+    {
+        QFETCH(QString, message);
+        QFETCH(QString, title);
+        const StudyConcept &known = *m_notes.conceptIn(title);
+        const QStringList lines = m_composer.answer({message, u"u"_s, {}}, {}).lines;
+        const QString text = lines.join(u'\n');
+        QCOMPARE(lines.value(1), known.values[u"qué es"_s].first());
+        qsizetype at = 0;
+        for (const QString &step : known.values[u"paso"_s]) {
+            const qsizetype next = text.indexOf(u". "_s + step, at);
+            QVERIFY2(next > at, qUtf8Printable(step));
+            at = next;
+        }
+        for (const QString &key : known.values[u"clave"_s])
+            QCOMPARE(text.count(key), 1);
+        for (const QString &error : known.values[u"error"_s])
+            QVERIFY2(!text.contains(error), qUtf8Printable(error));
+        // A resolution follows its case.
+        if (const qsizetype end = text.indexOf(known.values[u"resolución"_s].first()); end >= 0)
+            QVERIFY(text.first(end).contains(known.values[u"caso"_s].first()));
+        QStringList once = lines;
+        once.removeAll(QString());
+        QCOMPARE(once.removeDuplicates(), 0);
+    }
+
     void answersTheSideThatIsAskedFor()
     {
         const auto lines = m_composer.answer({u"¿Para qué sirve la placenta?"_s, {}, {}}, {}).lines;
-        QVERIFY(lines.contains(u"## Función"_s));
+        const StudyConcept &placenta = *m_notes.conceptIn(u"placenta"_s);
+        QCOMPARE(lines.value(1), placenta.values[u"qué es"_s].first());
+        QStringList steps;
+        for (const QString &step : placenta.values[u"paso"_s])
+            steps += u"%1. %2"_s.arg(steps.size() + 1).arg(step);
+        QCOMPARE(lines.mid(lines.indexOf(steps.first()), steps.size()), steps);
         const auto answered
             = m_composer
                   .answer({u"¿por qué aparece la ortopnea en la insuficiencia cardíaca?"_s, {}, {}},
@@ -213,6 +331,17 @@ private Q_SLOTS:
         checkLines(lines);
     }
 
+    void claimsNoSequenceWhereThereIsNone()
+    {
+        Conversation talk(m_composer);
+        const auto lines = talk.ask(u"que es la anemia"_s);
+        const auto point = talk.ask(u"no entendi el 2"_s);
+        QVERIFY(point.first().startsWith(u"**El punto 2 decía:**"_s));
+        const QString text = point.join(u'\n');
+        QVERIFY(!text.contains(u"Antes venía"_s) && !text.contains(u"Después sigue"_s));
+        QVERIFY(text.contains(m_notes.conceptIn(u"anemia"_s)->values[u"qué es"_s].first()));
+    }
+
     void goesOnWithAConversation()
     {
         Conversation talk(m_composer);
@@ -222,8 +351,8 @@ private Q_SLOTS:
 
         const auto point = talk.ask(u"No entendí el punto 3"_s);
         QCOMPARE(point.first(), u"**El punto 3 decía:** "_s + steps[2]);
-        QVERIFY(point.contains(u"**Viene de esto:** "_s + steps[1]));
-        QVERIFY(point.contains(u"**Y lleva a esto:** "_s + steps[3]));
+        QVERIFY(point.contains(u"**Antes venía:** "_s + steps[1]));
+        QVERIFY(point.contains(u"**Después sigue:** "_s + steps[3]));
         QCOMPARE(talk.subjects(), QStringList{u"Mitosis"_s});
 
         const auto brief = talk.ask(u"más corto"_s);

@@ -37,7 +37,7 @@ private Q_SLOTS:
         row("kiero matarme", u"135"_s);
         row("no quiero vivir más", u"135"_s);
         row("desaprobé el final y me quiero matar, lo digo en serio", u"135"_s);
-        row("mi amiga se quiere matar", u"135"_s);
+        row("mi amiga se quiere matar", u"107"_s);
         row("mi bebé no respira", u"107"_s);
         row("se me está cerrando la garganta", u"107"_s);
         row("mi viejo se desmayó y no responde", u"107"_s);
@@ -59,6 +59,47 @@ private Q_SLOTS:
         QVERIFY(answer->lines.size() >= 3 && answer->lines.size() <= 5);
         QVERIFY2(answer->lines.first().contains(number), qUtf8Printable(answer->lines.first()));
         QVERIFY(answer->lines.first().startsWith("**"_L1));
+    }
+
+    void givesTheFirstAidThatFits_data()
+    {
+        QTest::addColumn<QString>("message");
+        QTest::addColumn<QString>("said");
+        QTest::addColumn<QString>("unsaid");
+        const auto row = [](const char *message, const QString &said, const QString &unsaid) {
+            QTest::newRow(message) << QString::fromUtf8(message) << said << unsaid;
+        };
+        const QString choking = u"omóplatos"_s;
+        const QString compressions = u"comprimí fuerte"_s;
+        row("mi papá se desmayó y no respira", compressions, choking);
+        row("dejó de respirar mi abuelo", compressions, choking);
+        row("se está atragantando mi hermano con un pedazo de carne", choking, u"adrenalina"_s);
+        row("se ahogó mi sobrino con una uva", choking, u"adrenalina"_s);
+        row("me picó una abeja y se me cierra la garganta", u"adrenalina"_s, choking);
+        row("se me hinchó la lengua después de comer maní", u"adrenalina"_s, choking);
+        row("mi novio se agarró la corriente y quedó inconsciente", u"cortá la luz"_s, choking);
+        row("mi hermano se electrocutó", u"No toques"_s, choking);
+        row("mi bebé no respira", u"dos dedos"_s, choking);
+        row("mi bebé se está poniendo azul", u"dos dedos"_s, choking);
+        row("tengo asma y el puf no me hace nada, no puedo respirar", u"Sentado"_s,
+            u"usá el inhalador"_s);
+        row("mi compañero dice que se va a tirar por el balcón", u"esa persona"_s,
+            u"lo que sentís"_s);
+        row("mi hermana se cortó las venas", u"Apretá fuerte"_s, u"lo que sentís"_s);
+        row("me apuñalaron", u"Apretá fuerte"_s, u"se cayó o chocó"_s);
+        row("le dispararon a mi amigo", u"Apretá fuerte"_s, u"se cayó o chocó"_s);
+        row("mi hermano se quemó con aceite caliente", u"agua corriente"_s, u"chocó"_s);
+    }
+    void givesTheFirstAidThatFits()
+    {
+        QFETCH(QString, message);
+        QFETCH(QString, said);
+        QFETCH(QString, unsaid);
+        const auto answer = m_emergencies.answerTo(message);
+        QVERIFY(answer);
+        const QString text = answer->lines.join(u'\n');
+        QVERIFY2(text.contains(said), qUtf8Printable(text));
+        QVERIFY2(!text.contains(unsaid), qUtf8Printable(text));
     }
 
     void leavesStudyAlone_data()
@@ -114,7 +155,7 @@ private Q_SLOTS:
             QVERIFY2(section.values[u"línea"_s].join(u' ').contains(u"{emergencias}"_s),
                      qUtf8Printable(section.title));
         }
-        QCOMPARE(answers, 10);
+        QCOMPARE(answers, 20);
     }
 
     void answersALongMessageInTime()

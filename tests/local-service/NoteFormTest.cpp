@@ -51,6 +51,13 @@ private Q_SLOTS:
         QCOMPARE(fillForm({u"# Título"_s, u"{nadie}"_s}, values), QStringList{u"# Título"_s});
     }
 
+    void leavesOutAnIntroductionToNothing()
+    {
+        const QStringList form{u"Ayuda saber:"_s, u"- {uno}"_s, u"Palabras:"_s, u"- {nadie}"_s};
+        QCOMPARE(fillForm(form, {{u"uno"_s, {u"1"_s}}}),
+                 (QStringList{u"Ayuda saber:"_s, u"- 1"_s}));
+    }
+
     void listsNames()
     {
         QCOMPARE(formNames({u"{n}. {a}"_s, u"{b c} {a}"_s, u"nada"_s}),

@@ -89,7 +89,8 @@ private Q_SLOTS:
     {
         Score emergencies;
         Score study;
-        for (const QStringList &row : tableRows(u"urgencias.tsv"_s)) {
+        const auto rows = tableRows(u"urgencias.tsv"_s) + tableRows(u"urgencias-habladas.tsv"_s);
+        for (const QStringList &row : rows) {
             const bool isRecognised = m_emergencies.answerTo(row[2]).has_value();
             if (row[0] == u"sí"_s)
                 emergencies.add(isRecognised, row[1] + u": "_s + row[2]);

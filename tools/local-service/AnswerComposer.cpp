@@ -55,11 +55,30 @@ static bool isTopic(const QStringList &asked, const QList<LineMatch> &lines)
     return holdsSeveral || (lines.size() > 1 && asked.first().size() >= shortestTopic);
 }
 
+// Whether the concept of `match` has to do with the words `asked`, rather than use one of them for
+// something else. `lineCount` is how many of its lines hold any.
+static bool isRelated(const LineMatch &match, const QStringList &asked, qsizetype lineCount)
+{
+    if (match.wordCount > 1)
+        return true;
+    const StudyConcept &known = *match.line.known;
+    const QStringList about = ConceptIndex::topicStems(foldedWords(
+        textWords(known.names.join(u' ') + u' ' + known.values.value(u"qué es"_s).value(0))));
+    const QStringList said
+        = ConceptIndex::topicStems(foldedWords(textWords(NoteAspects::lineText(match.line))));
+    return std::any_of(asked.begin(), asked.end(), [&](const QString &word) {
+        const QString stem = ConceptIndex::topicStems({word}).value(0);
+        const bool isTelling = asked.size() <= 2 && word.size() >= shortestTopic && lineCount > 1;
+        return said.contains(stem) && (isTelling || about.contains(stem));
+    });
+}
+
 AnswerComposer::AnswerComposer(const StudyNotes &notes)
     : m_notes(notes)
     , m_emergencies(notes)
     , m_reader(notes)
     , m_aspects(notes)
+    , m_outside(notes.phrases(u"fuera"_s), u"si dice"_s)
 { }
 
 Answer AnswerComposer::answer(const ChatQuestion &question, const UserContext &context) const
@@ -71,9 +90,12 @@ Answer AnswerComposer::answer(const ChatQuestion &question, const UserContext &c
 
     Answer answer = textAnswer(question, context);
     if (const auto care = m_emergencies.careLine(question.message)) {
-        if (answer.subject.isEmpty())
+        if (answer.subject.isEmpty() || m_emergencies.isOutpouring(question.message))
             answer = {fillForm(m_notes.form(u"cuidado"_s), {}), {}};
         answer.lines.prepend(*care);
+    } else if ((answer.subject.isEmpty() || StudyNotes::subjects().contains(answer.subject))
+               && m_emergencies.isOutpouring(question.message)) {
+        answer = {fillForm(m_notes.form(u"cuidado"_s), {}), {}};
     }
     return answer;
 }
@@ -221,7 +243,16 @@ AnswerComposer::conceptsFor(const QuestionReading &reading, const UserContext &c
         if (goesOn)
             return earlier + reading.concepts;
         // "¿Qué enzima une los fragmentos de Okazaki?" names enzymes by the way.
-        const auto elsewhere = linesAbout(reading);
+        // The line that answers it names them too.
+        const QStringList named
+            = ConceptIndex::topicStems(foldedWords(textWords(reading.names.join(u' '))));
+        QList<LineMatch> elsewhere = linesAbout(reading);
+        elsewhere.removeIf([&](const LineMatch &match) {
+            const QStringList said = ConceptIndex::topicStems(
+                foldedWords(textWords(NoteAspects::lineText(match.line))));
+            return std::none_of(named.begin(), named.end(),
+                                [&](const QString &stem) { return said.contains(stem); });
+        });
         const bool isAnswered = !elsewhere.isEmpty() && elsewhere.first().share >= answeringShare
             && elsewhere.first().wordCount > 1;
         const auto here = index.linesAbout(reading.remainder, reading.main);
@@ -307,18 +338,31 @@ Answer AnswerComposer::withoutTopic(const Request &request) const
 Answer AnswerComposer::unknown(const Request &request) const
 {
     NoteValues values = serviceValues(request.context);
+    if (m_outside.holds(u"fuera"_s, request.reading.words)) {
+        values[u"fuera"_s] = {QString()};
+        return {fillForm(m_notes.form(u"desconocido"_s), values), {}};
+    }
     if (request.reading.topic.isEmpty())
         values[u"sin nombre"_s] = {QString()};
     else
         values[u"tema"_s] = {request.reading.topic};
 
     QStringList nearby;
+    QString subject;
     // Alone, a short word often means something else in the notes: a drop for the gout.
     const QStringList &asked = request.reading.remainder;
     const bool isTelling = asked.size() > 1 || asked.value(0).size() >= shortestNearby;
-    for (const LineMatch &match : isTelling ? linesAbout(request.reading) : QList<LineMatch>()) {
+    const QList<LineMatch> lines = isTelling ? linesAbout(request.reading) : QList<LineMatch>();
+    QHash<const StudyConcept *, qsizetype> counts;
+    for (const LineMatch &match : lines)
+        ++counts[match.line.known];
+    for (const LineMatch &match : lines) {
         if (match.share < nearbyShare || nearby.size() == mostNearby)
             break;
+        if (!isRelated(match, asked, counts[match.line.known])
+            || (!subject.isEmpty() && match.line.known->subject != subject))
+            continue;
+        subject = match.line.known->subject;
         const QString title = inBold(match.line.known->title);
         if (nearby.contains(title))
             continue;
@@ -458,7 +502,7 @@ NoteValues AnswerComposer::conceptValues(const StudyConcept &known,
     values[u"clave principal"_s] = known.values.value(u"clave"_s).mid(0, 1);
     values[u"pregunta inicial"_s] = known.values.value(u"pregunta"_s).mid(0, 1);
     QStringList direct = m_aspects.linesFor(reading, known);
-    if (direct.isEmpty() && reading.asksToExplain)
+    if (reading.asksToExplain || !reading.aspect.isEmpty() || !direct.isEmpty())
         values[u"paso a explicar"_s] = known.values.value(u"paso"_s);
     // What is said first is not said again.
     direct.removeAll(known.values.value(u"qué es"_s).value(0));
@@ -468,7 +512,7 @@ NoteValues AnswerComposer::conceptValues(const StudyConcept &known,
     }
     if (!direct.isEmpty()) {
         values[u"directo"_s] = direct;
-        values[u"aspecto"_s] = {reading.aspect.isEmpty() ? u"Lo que preguntás"_s : reading.aspect};
+        values[u"aspecto"_s] = {m_aspects.heading(reading)};
     }
     return values;
 }

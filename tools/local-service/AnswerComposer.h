@@ -63,4 +63,6 @@ private:
     EmergencyAnswers m_emergencies;
     QuestionReader m_reader;
     NoteAspects m_aspects;
+    // What is outside medicine.
+    PhraseBook m_outside;
 };

@@ -7,6 +7,10 @@
 using namespace Qt::StringLiterals;
 
 static constexpr auto answerTitle = "respuesta: "_L1;
+// How many words may stand beside a figure of speech, and how many an outpouring has, before it
+// likely asks for something too.
+static constexpr qsizetype mostBesides = 3;
+static constexpr qsizetype longestOutpouring = 8;
 static const auto suicide = u"suicidio"_s;
 
 // The answers, by emergency, with the numbers to call written out.
@@ -71,6 +75,15 @@ static QStringList literalWords(QStringList words, const PhraseBook &frames)
     while (const auto figure = frames.match(u"figurado"_s, words))
         words.remove(figure->firstWord, figure->wordCount);
     return words;
+}
+
+bool EmergencyAnswers::isOutpouring(const QString &message) const
+{
+    const QStringList words = foldedWords(m_index.words(message));
+    const bool isWhole = literalWords(words, m_frames).size() <= mostBesides;
+    return (m_frames.holds(u"desahogo"_s, words) && words.size() <= longestOutpouring)
+        || (isWhole && m_frames.holds(u"figurado"_s, words)
+            && m_frames.holds(u"de la carrera"_s, words));
 }
 
 bool EmergencyAnswers::mayBeFigurative(const QStringList &words) const

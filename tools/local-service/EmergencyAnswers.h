@@ -28,6 +28,10 @@ public:
     /// topic: most mean nothing by it and still get their answer, some do.
     std::optional<QString> careLine(const QString &message) const;
 
+    /// Whether a message pours out how hard the studies are: an exam that was failed, or "este
+    /// parcial me mata".
+    bool isOutpouring(const QString &message) const;
+
 private:
     QString emergencyIn(const QStringList &said) const;
     bool mayBeFigurative(const QStringList &words) const;

@@ -105,11 +105,16 @@ Answer FollowUpAnswers::point(const QuestionReading &reading, const UserContext 
     if (texts.size() > 1) {
         values[u"solución"_s] = {texts.last()};
     } else {
-        for (const auto &[name, neighbour] :
-             {std::pair(u"antes"_s, number - 1), std::pair(u"después"_s, number + 1)}) {
-            if (const QStringList found = textsAt(lines, neighbour); !found.isEmpty())
-                values[name] = {found.first()};
-        }
+        // Only steps follow from one another; other points just stand in a list.
+        const QStringList steps = known ? known->values.value(u"paso"_s) : QStringList();
+        const qsizetype step = steps.indexOf(text);
+        if (step > 0)
+            values[u"antes"_s] = {steps[step - 1]};
+        if (step >= 0 && step + 1 < steps.size())
+            values[u"después"_s] = {steps[step + 1]};
+        const QString definition = known ? known->values.value(u"qué es"_s).value(0) : QString();
+        if (step < 0 && !definition.isEmpty() && !text.contains(definition))
+            values[u"definición"_s] = {definition};
     }
 
     // What the point takes for granted: other concepts it names, and what else the note says of it.

@@ -17,9 +17,14 @@ public:
     /// `notes` is borrowed and outlives this object.
     explicit NoteAspects(const StudyNotes &notes);
 
-    /// The lines of `known` that answer `reading` best, at most four, the best first; none where
-    /// the question is about the whole of it.
+    /// The facts of `known` that answer `reading` best, the best first; none where the question is
+    /// about the whole of it. No steps, which are told whole and in their order, and no
+    /// resolution without its case.
     QStringList linesFor(const QuestionReading &reading, const StudyConcept &known) const;
+
+    /// What those facts stand under: the aspect where they are told by it, else that they share the
+    /// words of the question.
+    QString heading(const QuestionReading &reading) const;
 
     /// A line as an answer: a practice question is given with its own.
     static QString lineText(const NoteLine &line);

@@ -64,6 +64,7 @@ static void removeBareHeadings(QStringList &lines)
 QStringList fillForm(const QStringList &form, const NoteValues &values)
 {
     QStringList lines;
+    bool isIntroduction = false;
     for (const QString &line : form) {
         qsizetype repetitions = 1;
         bool isComplete = true;
@@ -72,8 +73,12 @@ QStringList fillForm(const QStringList &form, const NoteValues &values)
             isComplete = isComplete && count > 0;
             repetitions = std::max(repetitions, count);
         }
+        // A line that introduces the next one says nothing without it.
+        if (isIntroduction && !isComplete)
+            lines.removeLast();
         for (qsizetype i = 0; isComplete && i < repetitions; ++i)
             lines += filledLine(line, values, i);
+        isIntroduction = isComplete && line.endsWith(u':') && lineNames(line).isEmpty();
     }
     removeBareHeadings(lines);
     return lines;

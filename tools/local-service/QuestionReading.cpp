@@ -12,6 +12,7 @@
 using namespace Qt::StringLiterals;
 
 static constexpr qsizetype mostTopicWords = 7;
+static constexpr qsizetype shortestAdverb = 7;
 
 // What a section of notes/frases/pedidos.md asks for, and what the same words ask for once they
 // name a concept.
@@ -160,6 +161,36 @@ static const StudyConcept *mainConcept(const QList<ConceptMention> &mentions)
     return longest == mentions.end() ? nullptr : longest->known;
 }
 
+// "Histológicamente" says how to tell, not what.
+static bool isAdverb(const QString &folded)
+{
+    return folded.size() > shortestAdverb && folded.endsWith("mente"_L1);
+}
+
+// The sides of a comparison, each with the words that it shares with `name`, the first: in
+// "transporte activo y pasivo" the second is "transporte pasivo".
+static QStringList wholeSides(QStringList sides, const QString &name, const ConceptIndex &index)
+{
+    const QStringList named = name.split(u' ');
+    for (QString &side : sides) {
+        const QStringList said = side.split(u' ');
+        const auto own = index.mentions(index.words(side));
+        // A slip of the pen, as "trasnporte activo".
+        if (own.size() == 1 && own.first().wordCount == said.size()
+            && !std::all_of(said.begin(), said.end(), [&](const QString &word) {
+                   return index.isKnownWord(foldedText(word));
+               }))
+            side = own.first().name;
+        if (said.size() >= named.size() || !own.isEmpty())
+            continue;
+        const QString whole = (named.first(named.size() - said.size()) + said).join(u' ');
+        const auto found = index.mentions(index.words(whole));
+        if (found.size() == 1 && foldedText(found.first().name) == foldedText(whole))
+            side = whole;
+    }
+    return sides;
+}
+
 QuestionReader::QuestionReader(const StudyNotes &notes)
     : m_index(notes.index())
     , m_requests(notes.phrases(u"pedidos"_s), u"si dice"_s)
@@ -219,7 +250,7 @@ QuestionReading QuestionReader::read(const QString &message) const
     }
     QList<qsizetype> left;
     for (qsizetype i = 0; i < words.size(); ++i) {
-        if (used.contains(i) || isCommonWord(reading.words[i]))
+        if (used.contains(i) || isCommonWord(reading.words[i]) || isAdverb(reading.words[i]))
             continue;
         reading.remainder += reading.words[i];
         left += i;
@@ -230,7 +261,24 @@ QuestionReading QuestionReader::read(const QString &message) const
         for (qsizetype i = 0; i < mention.wordCount; ++i)
             topicPlaces += mention.firstWord + i;
     }
+    // "Tipo 1 y tipo 2": what a name repeats belongs to the sides, and so does its number.
+    const QStringList named = foldedWords(textWords(reading.names.value(0)));
+    for (qsizetype i = 0; i + 1 < words.size(); ++i) {
+        const QString &next = words[i + 1].folded;
+        const bool isNumber
+            = std::all_of(next.begin(), next.end(), [](QChar c) { return c.isDigit(); });
+        if (isNumber && named.contains(words[i].folded))
+            topicPlaces += QSet<qsizetype>{i, i + 1};
+    }
     reading.sides = sidesOf(message, words, topicPlaces);
+    if (reading.kind == QuestionKind::Comparison && reading.concepts.size() == 1) {
+        reading.sides = wholeSides(reading.sides, reading.names.first(), m_index);
+        for (const QString &side : std::as_const(reading.sides)) {
+            const StudyConcept *known = m_index.mentions(m_index.words(side)).value(0).known;
+            if (known && !reading.concepts.contains(known))
+                reading.concepts += known;
+        }
+    }
     if (!hasTopic && !reading.remainder.isEmpty())
         reading.kind = kindOfUnknown(requested, reading.kind);
     return reading;
