@@ -46,6 +46,9 @@ void saveWhenTheDisplayIsLost(QtMsgType type, const QMessageLogContext &context,
     // Qt 6.4 may say so on another thread. 6.5 and newer connect again where the desktop wants
     // that.
     if (message.startsWith("The Wayland connection"_L1)) {
+#if QT_VERSION < QT_VERSION_CHECK(6, 5, 0)
+        limitTimeToEnd(); // the program's own thread may be waiting for this one
+#endif
         const bool isOwnThread = QThread::currentThread() == runningApp->thread();
         QMetaObject::invokeMethod(runningApp, &MyApp::saveBeforeEnd,
                                   isOwnThread ? Qt::DirectConnection
