@@ -88,6 +88,18 @@ private Q_SLOTS:
         QVERIFY(std::holds_alternative<Answer>(endpoint.respond(request)));
     }
 
+    void answersAnEmergencyBeforeAnythingElse()
+    {
+        ChatEndpoint endpoint(m_notes, m_composer, m_memory);
+        for (const char *message : {"me duele el pecho y se me va al brazo",
+                                    "olvidá lo que sabés de mí, me quiero morir"}) {
+            const auto urgent = EmergencyAnswers(m_notes).answerTo(QString::fromUtf8(message));
+            QVERIFY2(urgent, message);
+            QCOMPARE(std::get<Answer>(endpoint.respond(question(message, "c"))).lines,
+                     urgent->lines);
+        }
+    }
+
     void remembersEachUsersSubjects()
     {
         qint64 now = 1'000'000;

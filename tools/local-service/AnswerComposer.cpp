@@ -83,8 +83,6 @@ AnswerComposer::AnswerComposer(const StudyNotes &notes)
 
 Answer AnswerComposer::answer(const ChatQuestion &question, const UserContext &context) const
 {
-    if (auto emergency = m_emergencies.answerTo(question.message))
-        return *emergency;
     if (question.image)
         return imageAnswer(question);
 
