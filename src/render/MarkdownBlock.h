@@ -1,5 +1,4 @@
-// How messages look: the reply's small Markdown subset, text laid out in rows that can be selected,
-// and the bubble around it.
+// How messages look: the reply's small Markdown subset and the bubble around it.
 #pragma once
 
 #include <QList>

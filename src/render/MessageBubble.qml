@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import Aulora.Render
+import Aulora.Text
 
 /// One message of a conversation, the user's or the assistant's, as wide as the list.
 MessageSlot {

@@ -4,6 +4,7 @@ import QtQuick
 import QtQuick.Templates as T
 import Aulora.Render
 import Aulora.State
+import Aulora.Text
 import Aulora.Theme
 import Aulora.Ui
 

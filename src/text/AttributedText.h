@@ -1,3 +1,5 @@
+// Text on the screen: word widths, line breaking, rows that are painted only near the viewport and
+// can be selected. Nothing here knows of messages.
 #pragma once
 
 #include <QFont>
