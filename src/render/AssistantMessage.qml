@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import Aulora.Render
+import Aulora.Text
 import Aulora.Theme
 
 /// The assistant's side of a conversation: monogram, name, and the reply or the sign that it is
@@ -11,7 +12,7 @@ Item {
 
     property alias text: reply.text
     required property real textScale
-    required property bool nearViewport
+    required property TrackedItem trackedItem
 
     readonly property bool isTyping: reply.isEmpty
     readonly property real avatarSize: 31
@@ -36,6 +37,7 @@ Item {
         width: Math.max(0, Math.min(680, message.width - x - 12))
         height: implicitHeight
         visible: !message.isTyping
+        trackedItem: message.trackedItem
         wrapWidth: width
         textScale: message.textScale
         color: Theme.primary
@@ -44,7 +46,7 @@ Item {
     }
 
     LazyItem {
-        active: message.nearViewport
+        active: message.trackedItem.nearViewport
 
         AssistantMessageFrame {
             avatarSize: message.avatarSize

@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import Aulora.Render
+import Aulora.Text
 import Aulora.Theme
 
 /// The thumbnail of an attached image and its name, one above the other at the trailing edge, each
@@ -14,7 +15,7 @@ Item {
     required property string name
     required property real maximumWidth
     required property real textScale
-    required property bool nearViewport
+    required property TrackedItem trackedItem
 
     signal imageTapped
 
@@ -32,7 +33,7 @@ Item {
 
         PreviewThumbnail {
             bytes: attachment.bytes
-            nearViewport: attachment.nearViewport
+            nearViewport: attachment.trackedItem.nearViewport
             onClicked: attachment.imageTapped()
         }
     }
@@ -48,6 +49,7 @@ Item {
         PlainMessageView {
             objectName: "attachmentName"
             enabled: false
+            trackedItem: attachment.trackedItem
             wrapWidth: attachment.maximumWidth
             text: attachment.name
             points: 9.5 * attachment.textScale

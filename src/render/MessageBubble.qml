@@ -1,7 +1,6 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import Aulora.Render
-import Aulora.Text
 
 /// One message of a conversation, the user's or the assistant's, as wide as the list.
 MessageSlot {
@@ -36,7 +35,7 @@ MessageSlot {
             imagePreviewData: bubble.imagePreviewData
             textScale: bubble.textScale
             showImagePreview: bubble.showImagePreview
-            nearViewport: bubble.nearViewport
+            trackedItem: bubble
             onImageTapped: bytes => bubble.imageTapped(bytes)
         }
     }
@@ -48,7 +47,7 @@ MessageSlot {
             width: bubble.width
             text: bubble.messageText
             textScale: bubble.textScale
-            nearViewport: bubble.nearViewport
+            trackedItem: bubble
         }
     }
 }

@@ -1,6 +1,7 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import Aulora.Render
+import Aulora.Text
 import Aulora.Theme
 
 /// The user's side of a conversation: a black bubble at the trailing edge with the attached image,
@@ -14,7 +15,7 @@ Item {
     required property var imagePreviewData
     required property real textScale
     required property bool showImagePreview
-    required property bool nearViewport
+    required property TrackedItem trackedItem
 
     signal imageTapped(bytes: var)
 
@@ -30,7 +31,7 @@ Item {
 
     LazyItem {
         anchors.right: parent.right
-        active: message.nearViewport
+        active: message.trackedItem.nearViewport
 
         ContinuousRectangle {
             objectName: "background"
@@ -56,7 +57,7 @@ Item {
             name: message.attachmentName
             maximumWidth: message.maximumContentWidth
             textScale: message.textScale
-            nearViewport: message.nearViewport
+            trackedItem: message.trackedItem
             onImageTapped: message.imageTapped(message.imagePreviewData)
         }
     }
@@ -67,6 +68,7 @@ Item {
         anchors.right: parent.right
         anchors.rightMargin: 17
         y: 12 + attachment.height
+        trackedItem: message.trackedItem
         wrapWidth: message.maximumContentWidth
         text: message.text
         points: 14.5 * message.textScale

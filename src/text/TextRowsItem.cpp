@@ -1,9 +1,9 @@
 #include "TextRowsItem.h"
 
-#include "MessageSlot.h"
 #include "TextFace.h"
 
 #include <QPainter>
+#include <QQmlInfo>
 #include <QQuickWindow>
 #include <QStringList>
 
@@ -29,6 +29,19 @@ void TextRowsItem::setWrapWidth(double width)
     for (PlacedRow &placed : m_rows)
         placed.row.breakLines(width);
     placeRows(0);
+}
+
+void TextRowsItem::setTrackedItem(TrackedItem *item)
+{
+    if (m_trackedItem == item)
+        return;
+    if (m_trackedItem)
+        m_trackedItem->disconnect(this);
+    m_trackedItem = item;
+    if (m_trackedItem)
+        connect(m_trackedItem, &TrackedItem::nearBandChanged, this, &QQuickItem::polish);
+    polish();
+    Q_EMIT trackedItemChanged();
 }
 
 void TextRowsItem::setColor(QColor color)
@@ -153,7 +166,6 @@ TextRowsItem::Rows::const_iterator TextRowsItem::rowAt(double y) const
 void TextRowsItem::componentComplete()
 {
     QQuickItem::componentComplete();
-    findSlot();
     m_rowsAreStale = false;
     updateRows();
 }
@@ -161,31 +173,24 @@ void TextRowsItem::componentComplete()
 void TextRowsItem::itemChange(ItemChange change, const ItemChangeData &value)
 {
     QQuickItem::itemChange(change, value);
-    if (change == ItemParentHasChanged && isComponentComplete())
-        findSlot();
     if (change == ItemDevicePixelRatioHasChanged || change == ItemSceneChange)
         polish();
 }
 
-void TextRowsItem::findSlot()
-{
-    if (m_slot)
-        m_slot->disconnect(this);
-    QQuickItem *ancestor = parentItem();
-    while (ancestor && !qobject_cast<MessageSlot *>(ancestor))
-        ancestor = ancestor->parentItem();
-    m_slot = static_cast<MessageSlot *>(ancestor);
-    if (m_slot)
-        connect(m_slot, &MessageSlot::nearBandChanged, this, &QQuickItem::polish);
-}
-
 VerticalBand TextRowsItem::nearBand() const
 {
-    if (!m_slot)
+    if (!m_trackedItem)
         return {0, implicitHeight()};
-    const double offset = mapFromItem(m_slot, QPointF()).y();
-    const VerticalBand band = m_slot->nearBand();
+    const double offset = mapFromItem(m_trackedItem, QPointF()).y();
+    const VerticalBand band = m_trackedItem->nearBand();
     return {band.top + offset, band.bottom + offset};
+}
+
+void TextRowsItem::warnIfUntracked()
+{
+    const bool isTracked = m_trackedItem && m_trackedItem->tracker();
+    if (!isTracked && !std::exchange(m_hasWarned, true))
+        qmlWarning(this) << "no ViewportTracker tracks this text, so all of it is painted";
 }
 
 void TextRowsItem::updatePolish()
@@ -194,6 +199,7 @@ void TextRowsItem::updatePolish()
         updateRows();
     if (!window())
         return;
+    warnIfUntracked();
     const double ratio = window()->effectiveDevicePixelRatio();
     const bool isRepainted
         = m_tiles.update(nearBand(), {implicitWidth(), implicitHeight()}, ratio,

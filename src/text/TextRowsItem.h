@@ -3,6 +3,7 @@
 #include "TextRow.h"
 #include "TextSelection.h"
 #include "TextTiles.h"
+#include "TrackedItem.h"
 
 #include <QBasicTimer>
 #include <QColor>
@@ -12,17 +13,18 @@
 
 #include <vector>
 
-class MessageSlot;
-
 /// Rows of text, one below the other.
 ///
 /// Its implicit size is exact as soon as it has a width to wrap at. It is painted only where it is
-/// near the visible part of the list, as the `MessageSlot` around it says.
+/// near the visible part of the list, as its `trackedItem` says. Text that nobody tracks is painted
+/// whole, however long it is, and a warning tells of it.
 class TextRowsItem : public QQuickItem
 {
     Q_OBJECT
     QML_ANONYMOUS
     Q_PROPERTY(double wrapWidth READ wrapWidth WRITE setWrapWidth NOTIFY wrapWidthChanged)
+    Q_PROPERTY(
+        TrackedItem *trackedItem READ trackedItem WRITE setTrackedItem NOTIFY trackedItemChanged)
     Q_PROPERTY(QColor color READ color WRITE setColor NOTIFY colorsChanged)
     Q_PROPERTY(QString plainText READ plainText NOTIFY plainTextChanged)
 
@@ -30,6 +32,9 @@ public:
     /// In points; without one nothing is laid out.
     double wrapWidth() const { return m_wrapWidth; }
     void setWrapWidth(double width);
+    /// The item of the list that holds the text, directly or in others.
+    TrackedItem *trackedItem() const { return m_trackedItem; }
+    void setTrackedItem(TrackedItem *item);
     QColor color() const { return m_colors.text; }
     void setColor(QColor color);
 
@@ -48,6 +53,7 @@ public:
 
 Q_SIGNALS:
     void wrapWidthChanged();
+    void trackedItemChanged();
     void colorsChanged();
     void plainTextChanged();
 
@@ -95,8 +101,8 @@ private:
     void tellPlainText(qsizetype firstChanged);
     Rows::const_iterator rowAt(double y) const;
     void paint(QPainter &painter, VerticalBand band) const;
-    void findSlot();
     VerticalBand nearBand() const;
+    void warnIfUntracked();
     QPointF offsetToWholePixels(double ratio) const;
 
     double m_rowSpacing;
@@ -105,7 +111,8 @@ private:
     Rows m_rows;
     bool m_rowsAreStale = true;
     TextTiles m_tiles;
-    QPointer<MessageSlot> m_slot;
+    QPointer<TrackedItem> m_trackedItem;
+    bool m_hasWarned = false;
     QBasicTimer m_plainTextTimer;
     bool m_plainTextIsUntold = false;
 };

@@ -1,9 +1,20 @@
 #include "ViewportTracker.h"
 
-#include "MessageSlot.h"
+#include "TrackedItem.h"
 
 #include <algorithm>
 #include <utility>
+
+namespace {
+// Added up by hand: mapToItem multiplies the matrices up to the window and back for each item.
+double topWithin(const QQuickItem *content, const QQuickItem *item)
+{
+    double top = 0;
+    for (; item && item != content; item = item->parentItem())
+        top += item->y();
+    return top;
+}
+} // namespace
 
 void ViewportTracker::setFlickable(QQuickItem *flickable)
 {
@@ -28,13 +39,21 @@ void ViewportTracker::setContent(QQuickItem *content)
     if (m_content)
         m_content->disconnect(this);
     m_content = content;
-    if (m_content) {
-        connect(m_content, &QQuickItem::childrenChanged, this,
-                &ViewportTracker::scheduleAfterLayout);
+    if (m_content)
         connect(m_content, &QQuickItem::heightChanged, this, &ViewportTracker::scheduleAfterLayout);
-    }
     scheduleAfterLayout();
     Q_EMIT contentChanged();
+}
+
+void ViewportTracker::add(TrackedItem *item)
+{
+    m_items.append(item);
+    scheduleAfterLayout();
+}
+
+void ViewportTracker::remove(TrackedItem *item)
+{
+    m_items.removeOne(item);
 }
 
 void ViewportTracker::scheduleAfterLayout()
@@ -50,18 +69,15 @@ void ViewportTracker::updatePolish()
 
     if (!m_flickable || !m_content)
         return;
-    // Until the column has placed its new slots they all lie on top of each other.
+    // Until the column has placed its new items they all lie on top of each other.
     if (std::exchange(m_awaitsLayout, false))
         QMetaObject::invokeMethod(m_content, "forceLayout");
     const double top = m_content->mapFromItem(m_flickable, QPointF()).y() - margin;
     const double bottom = top + m_flickable->height() + 2 * margin;
-    const auto children = m_content->childItems();
-    for (QQuickItem *child : children) {
-        auto *slot = qobject_cast<MessageSlot *>(child);
-        if (!slot)
-            continue;
-        const VerticalBand near{std::max(top - slot->y(), 0.0),
-                                std::min(bottom - slot->y(), slot->height())};
-        slot->setNearBand(near.isEmpty() ? VerticalBand() : near);
+    const auto items = m_items;
+    for (TrackedItem *item : items) {
+        const double y = topWithin(m_content, item);
+        const VerticalBand near{std::max(top - y, 0.0), std::min(bottom - y, item->height())};
+        item->setNearBand(near.isEmpty() ? VerticalBand() : near);
     }
 }

@@ -1,11 +1,15 @@
 #pragma once
 
+#include <QList>
 #include <QPointer>
 #include <QQuickItem>
 
-/// Tells every `MessageSlot` directly within the column `content` which part of it is near the
-/// visible part of `flickable`, in which the column scrolls up and down. At most once a frame, for
-/// a few nanoseconds a slot.
+class TrackedItem;
+
+/// Tells every `TrackedItem` that has it as its tracker which part is near the visible part of
+/// `flickable`, in which the column `content` scrolls up and down. The items are within the column,
+/// directly or in others that are neither scaled nor rotated. At most once a frame, for a few
+/// nanoseconds an item.
 class ViewportTracker : public QQuickItem
 {
     Q_OBJECT
@@ -22,6 +26,10 @@ public:
     QQuickItem *content() const { return m_content; }
     void setContent(QQuickItem *content);
 
+    /// Only a `TrackedItem` calls these, for itself.
+    void add(TrackedItem *item);
+    void remove(TrackedItem *item);
+
 Q_SIGNALS:
     void flickableChanged();
     void contentChanged();
@@ -37,5 +45,6 @@ private:
 
     QPointer<QQuickItem> m_flickable;
     QPointer<QQuickItem> m_content;
+    QList<TrackedItem *> m_items;
     bool m_awaitsLayout = true;
 };

@@ -82,7 +82,7 @@ ScrollPane {
             model: pane.messages
 
             MessageBubble {
-                tracked: true
+                tracker: viewportTracker
                 width: stack.availableWidth
                 height: implicitHeight
                 textScale: pane.textScale
@@ -109,6 +109,8 @@ ScrollPane {
     }
 
     ViewportTracker {
+        id: viewportTracker
+
         flickable: pane
         content: stack
     }

@@ -3,6 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import QtTest
 import Aulora.Render
+import Aulora.Text
 import Aulora.Test
 import Aulora.Theme
 
@@ -13,11 +14,63 @@ Rectangle {
     height: 1000
     color: Theme.textBackground
 
+    Flickable {
+        id: list
+
+        anchors.fill: parent
+        contentHeight: stack.height
+
+        Column {
+            id: stack
+        }
+    }
+
+    ViewportTracker {
+        id: viewportTracker
+
+        flickable: list
+        content: stack
+    }
+
     Component {
         id: component
 
         MessageBubble {
             height: implicitHeight
+            tracker: viewportTracker
+        }
+    }
+
+    /// A message that something is drawn around.
+    Component {
+        id: decoratedComponent
+
+        Rectangle {
+            property alias bubble: bubble
+
+            width: 400
+            height: bubble.height + 20
+            color: "transparent"
+            border.color: "gray"
+
+            Item {
+                y: 10
+
+                MessageBubble {
+                    id: bubble
+
+                    width: 400
+                    height: implicitHeight
+                    tracker: viewportTracker
+                    messageText: "█████"
+                    isUser: false
+                    hasAttachmentName: false
+                    attachmentName: ""
+                    imagePreviewData: new ArrayBuffer(0)
+                    textScale: 1
+                    showImagePreview: true
+                }
+            }
         }
     }
 
@@ -45,7 +98,7 @@ Rectangle {
         readonly property var listWidths: [940 - 240 - 64, 1120 - 240 - 64, 1600 - 240 - 64]
 
         function make(fields) {
-            const bubble = createTemporaryObject(component, root, Object.assign({
+            const bubble = createTemporaryObject(component, stack, Object.assign({
                 width: listWidths[1],
                 messageText: "",
                 isUser: true,
@@ -56,6 +109,7 @@ Rectangle {
                 showImagePreview: true
             }, fields));
             verify(bubble !== null);
+            tryVerify(() => bubble.nearViewport);
             tapped.target = bubble;
             tapped.clear();
             return bubble;
@@ -486,6 +540,20 @@ Rectangle {
             });
             compare(thumbnails(bubble).length, 0);
             compare(items(bubble, item => item.objectName === "attachmentName").length, 0);
+        }
+
+        function test_decorated() {
+            const message = createTemporaryObject(decoratedComponent, stack);
+            const bubble = message.bubble;
+            tryVerify(() => bubble.nearViewport);
+            const place = rectangle(reply(bubble), root);
+            tryVerify(() => grabImage(root).red(place.x + 20, place.y + 10) < 128, 5000, "the text shows");
+            verify(child(bubble, "header").visible);
+
+            list.contentY = root.height + 1000;
+            tryVerify(() => !bubble.nearViewport);
+            list.contentY = 0;
+            tryVerify(() => grabImage(root).red(place.x + 20, place.y + 10) < 128, 5000, "again");
         }
 
         function test_painted_data() {

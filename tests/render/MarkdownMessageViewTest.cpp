@@ -1,8 +1,8 @@
 #include "MarkdownMessageView.h"
 
-#include "MessageSlot.h"
 #include "TextFace.h"
 #include "Theme.h"
+#include "TrackedItem.h"
 
 #include <QAbstractEventDispatcher>
 #include <QClipboard>
@@ -75,7 +75,10 @@ public:
     Window()
     {
         resize(500, 400);
+        m_trackedItem.setTracker(&m_tracker);
+        m_trackedItem.setNearBand({0, 10'000});
         m_view = new MarkdownMessageView(contentItem());
+        m_view->setTrackedItem(&m_trackedItem);
         m_view->setWrapWidth(wrapWidth);
         m_view->setColor(Qt::black);
         m_view->setSelectionColor(Qt::green);
@@ -83,6 +86,7 @@ public:
     }
 
     MarkdownMessageView &view() { return *m_view; }
+    TrackedItem &trackedItem() { return m_trackedItem; }
 
     void showText(const QString &text)
     {
@@ -97,6 +101,8 @@ public:
     }
 
 private:
+    ViewportTracker m_tracker;
+    TrackedItem m_trackedItem{contentItem()};
     MarkdownMessageView *m_view;
 };
 } // namespace
@@ -428,10 +434,7 @@ private Q_SLOTS:
         QFETCH(int, rows);
         Window window;
         // As a list does: only what is near its visible part is painted.
-        auto *slot = new MessageSlot(window.contentItem());
-        slot->setTracked(true);
-        slot->setNearBand({0, 400});
-        window.view().setParentItem(slot);
+        window.trackedItem().setNearBand({0, 400});
         window.showText(text);
         MarkdownMessageView &view = window.view();
         QCOMPARE(view.rowCount(), rows);

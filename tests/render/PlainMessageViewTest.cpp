@@ -1,6 +1,7 @@
 #include "PlainMessageView.h"
 
 #include "TextFace.h"
+#include "TrackedItem.h"
 
 #include <QAbstractEventDispatcher>
 #include <QClipboard>
@@ -23,7 +24,10 @@ public:
     explicit Window(const QString &text)
     {
         resize(400, 300);
+        m_trackedItem.setTracker(&m_tracker);
+        m_trackedItem.setNearBand({0, 10'000});
         m_view = new PlainMessageView(contentItem());
+        m_view->setTrackedItem(&m_trackedItem);
         m_view->setWrapWidth(wrapWidth);
         m_view->setPoints(points);
         m_view->setColor(Qt::white);
@@ -36,6 +40,8 @@ public:
     PlainMessageView &view() { return *m_view; }
 
 private:
+    ViewportTracker m_tracker;
+    TrackedItem m_trackedItem{contentItem()};
     PlainMessageView *m_view;
 };
 

@@ -1,6 +1,5 @@
 #include "LineBreaking.h"
 
-#include "BoldMarkdownText.h"
 #include "TextFace.h"
 
 #include <QTest>
@@ -18,6 +17,20 @@ AttributedText plain(const QString &text)
     AttributedText attributed{.text = text, .size = size, .runs = {}};
     if (!text.isEmpty())
         attributed.runs.append({0, text.size(), QFont::Normal});
+    return attributed;
+}
+
+// What stands between two "**" is bold.
+AttributedText withBold(const QString &text)
+{
+    AttributedText attributed{.text = {}, .size = size, .runs = {}};
+    QFont::Weight weight = QFont::Normal;
+    for (const QString &piece : text.split(u"**"_s)) {
+        if (!piece.isEmpty())
+            attributed.runs.append({attributed.text.size(), piece.size(), weight});
+        attributed.text += piece;
+        weight = weight == QFont::Normal ? QFont::Bold : QFont::Normal;
+    }
     return attributed;
 }
 
@@ -97,7 +110,7 @@ private Q_SLOTS:
     {
         QFETCH(QString, text);
         QFETCH(double, width);
-        const AttributedText attributed = makeAttributedText(text, size, QFont::Normal);
+        const AttributedText attributed = withBold(text);
         const auto lines = breakLines(
             attributed, attributed.text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight, width);
         QCOMPARE(starts(lines), startsByLayout(attributed, width));
@@ -158,8 +171,7 @@ private Q_SLOTS:
 
     void keepsBoldRunsTogether()
     {
-        const AttributedText text
-            = makeAttributedText(u"pre**fijo** y **anti**inflamatorio"_s, size, QFont::Normal);
+        const AttributedText text = withBold(u"pre**fijo** y **anti**inflamatorio"_s);
         const auto lines = breakLines(text, Qt::LeftToRight, 40);
         for (const TextLine &line : lines) {
             const QStringView rest = QStringView(text.text).sliced(line.start);

@@ -1,0 +1,9 @@
+#include "MessageSlot.h"
+
+void MessageSlot::setMessageText(const QString &text)
+{
+    if (m_messageText == text)
+        return;
+    m_messageText = text;
+    Q_EMIT messageTextChanged();
+}
