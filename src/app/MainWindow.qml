@@ -142,18 +142,22 @@ Window {
         }
     }
 
-    // Loaded by its address, so that the desktop's dialogs are loaded when first wanted.
+    // Loaded by its address, so that what chooses files is read when first wanted.
     Loader {
         id: importer
 
         readonly property bool presented: window.contentView.showImageImporter
 
         onPresentedChanged: {
-            if (presented)
-                setSource("qrc:/qt/qml/Aulora/Images/ImageImporter.qml", { presented: true });
-            else
-                source = "";
+            if (!item)
+                source = "qrc:/qt/qml/Aulora/Chooser/ImageImporter.qml";
         }
+    }
+
+    Binding {
+        target: importer.item
+        property: "presented"
+        value: importer.presented
     }
 
     Connections {

@@ -107,9 +107,6 @@ int main(int argc, char *argv[])
     QGuiApplication::setApplicationName(u"aulora-ia"_s);
     QGuiApplication::setApplicationDisplayName(u"Aulora IA"_s);
     QGuiApplication::setDesktopFileName(u"ar.aulora.AuloraIA"_s);
-    // Of the toolkit's file dialog, where the desktop has none. Linking the library that has a
-    // function for it would load it at every start.
-    qputenv("QT_QUICK_CONTROLS_STYLE", "Basic");
     const QGuiApplication application(argc, argv);
     // The same glyphs everywhere: message text is painted, labels are scene graph nodes. Scaled,
     // Qt 6.4 leaves letters out of such nodes, and its own way of drawing them is as good there.

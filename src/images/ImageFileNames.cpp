@@ -18,7 +18,7 @@ QString pattern(const QString &suffix)
             continue;
         }
         glob += u'[';
-        glob += character.toLower();
+        glob += character;
         glob += character.toUpper();
         glob += u']';
     }
@@ -27,20 +27,29 @@ QString pattern(const QString &suffix)
 
 } // namespace
 
-QStringList ImageFileNames::patterns()
+QStringList ImageFileNames::suffixes()
 {
     const QMimeDatabase types;
-    QStringList globs;
+    QStringList all;
     for (const ImageFormat &format : imageFormats()) {
         for (const char *mediaType : format.mediaTypes) {
-            const QMimeType type = types.mimeTypeForName(QString::fromLatin1(mediaType));
-            const QStringList suffixes = type.suffixes();
+            const QStringList suffixes
+                = types.mimeTypeForName(QString::fromLatin1(mediaType)).suffixes();
             for (const QString &suffix : suffixes)
-                globs.append(pattern(suffix));
+                all.append(suffix.toLower());
         }
         if (format.suffix)
-            globs.append(pattern(QString::fromLatin1(format.suffix)));
+            all.append(QString::fromLatin1(format.suffix));
     }
-    globs.removeDuplicates();
+    all.removeDuplicates();
+    return all;
+}
+
+QStringList ImageFileNames::patterns()
+{
+    QStringList globs;
+    const QStringList all = suffixes();
+    for (const QString &suffix : all)
+        globs.append(pattern(suffix));
     return globs;
 }

@@ -10,14 +10,15 @@ class ImageFileNames : public QObject
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    /// The patterns, with blanks between them.
-    Q_PROPERTY(QString filter READ filter CONSTANT)
+    /// A glob for each of suffixes(), with its letters in either case: choosers heed the case of
+    /// names, and cameras write capitals.
+    Q_PROPERTY(QStringList patterns READ patterns CONSTANT)
 
 public:
     using QObject::QObject;
 
-    /// A glob for each suffix that the platform's type database or the table of formats has, with
-    /// its letters in either case: choosers heed the case of names, and cameras write capitals.
+    /// What the names end in, behind a dot, in small letters: all that the platform's type database
+    /// or the table of formats has.
+    static QStringList suffixes();
     static QStringList patterns();
-    static QString filter() { return patterns().join(QLatin1Char(' ')); }
 };

@@ -47,6 +47,11 @@ std::optional<QByteArray> localPath(const QUrl &url)
     return QByteArray::fromPercentEncoding(url.path(QUrl::FullyEncoded).toLatin1());
 }
 
+QUrl localFileUrl(const QByteArray &path)
+{
+    return QUrl::fromEncoded("file://" + path.toPercentEncoding("/"));
+}
+
 std::optional<QByteArray> readLocalFile(const QUrl &url, qint64 limit)
 {
     const auto path = localPath(url);

@@ -250,7 +250,8 @@ class Program:
 
     def focused(self):
         """The element that has the keyboard, if any; not what is around it."""
-        return next((element for element in self.tree() if element.has("focused")
+        # What is around it counts as focused, too, and comes before it.
+        return next((element for element in reversed(list(self.tree())) if element.has("focused")
                      and element.role not in ("application", "frame", "dialog")), None)
 
     def confirm(self, title, answer):
@@ -260,8 +261,9 @@ class Program:
         self.wait_for(lambda: not self.elements("dialog", title), "the alert to go")
 
     def choose_file(self, name):
-        """Chooses a file of the home folder in the toolkit's own file chooser."""
-        self.element("label", name).click()
+        """Chooses a file of the folder that the program's own file chooser shows."""
+        self.element("list item", name).click()
+        self.wait_for(lambda: self.element("list item", name).has("selected"), f"{name} to be chosen")
         self.button("Abrir").click()
 
     def in_sheet(self, name):

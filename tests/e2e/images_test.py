@@ -150,33 +150,6 @@ class ImagesTest(AuloraTestCase):
         self.assert_sent(self.assistant.next_request(), data, "image/png", "imagen",
                          "¿Qué se ve?")
 
-    def test_chosen_file(self):
-        home = self.files / "home"
-        home.mkdir()
-        data = image_bytes("JPEG")
-        for name in ("IMG_0001.JPG", "Foto.Jpg", "placa.jpe"):
-            (home / name).write_bytes(data)
-        (home / "notas.txt").write_text("nada que elegir")
-        program = self.start(home)
-        program.button("Adjuntar imagen").press()
-        program.button("Abrir")
-        for name in ("IMG_0001.JPG", "Foto.Jpg", "placa.jpe"):
-            program.element("label", name)
-        self.assertEqual(program.elements("label", "notas.txt"), [])
-        program.choose_file("Foto.Jpg")
-        self.wait_for_chip(program)
-        self.assertEqual(program.elements("button", "Abrir"), [])
-        self.assert_sent(self.send_alone(program), data, "image/jpeg", "Foto.Jpg")
-
-    def test_chooser_left_without_a_choice(self):
-        program = self.start()
-        program.button("Adjuntar imagen").press()
-        program.button("Abrir")
-        program.button("Cancelar").click()
-        program.wait_for(lambda: not program.elements("button", "Abrir"), "the chooser to go")
-        program.ask("sin imagen")
-        self.assertEqual(set(self.assistant.next_request().json), {"message", "userId"})
-
     def test_removed_again(self):
         program = self.start()
         self.drop(program, "text/uri-list", self.file("a.png", image_bytes("PNG")))

@@ -35,9 +35,9 @@ Verificá siempre con la bibliografía de tu cátedra.
 """
 
 
-def draw_cells(path):
+def draw_cells(path, size=(1600, 1100), background="#f6dbe4"):
     """A picture like one through a microscope: round cells with dark nuclei."""
-    picture = Image.new("RGB", (1600, 1100), "#f6dbe4")
+    picture = Image.new("RGB", size, background)
     draw = ImageDraw.Draw(picture)
     for row in range(7):
         for column in range(9):
@@ -139,13 +139,44 @@ class Photographer:
         self.take(program, f"{name}-viewer")
         program.kill()
 
+    def chooser(self, scheme, name, **environment):
+        """The program's own file chooser among pictures of all shapes, and in an empty folder."""
+        home = Path(tempfile.mkdtemp(prefix="home-", dir=DESKTOP.folder))
+        (home / ".config").mkdir()
+        (home / ".config/user-dirs.dirs").write_text(
+            'XDG_PICTURES_DIR="$HOME/Imágenes"\nXDG_DOWNLOAD_DIR="$HOME/Descargas"\n'
+            'XDG_DESKTOP_DIR="$HOME/Escritorio"\n')
+        for folder in ("Descargas", "Escritorio", "Imágenes/Clases de histología",
+                       "Imágenes/Parcial"):
+            (home / folder).mkdir(parents=True)
+        pictures = home / "Imágenes"
+        for file, size, color in [
+            ("mucosa gástrica.png", (1600, 1100), "#f6dbe4"), ("IMG_0002.JPG", (900, 1600), "#dbe4f6"),
+            ("IMG_0010.JPG", (1600, 900), "#e4f6db"), ("panorámica.webp", (2400, 500), "#f6eedb"),
+            ("tórax de frente, segunda placa, antes del alta.png", (800, 800), "#cccccc"),
+        ]:
+            draw_cells(pictures / file, size, color)
+        (pictures / "dañada.png").write_bytes(b"no soy una imagen")
+        program = self.start(home, scheme, **environment)
+        program.button("Adjuntar imagen").press()
+        program.element("list item", "mucosa gástrica.png").click()
+        self.take(program, f"{name}-chooser")
+        DESKTOP.press("Left")
+        self.take(program, f"{name}-chooser-keyboard")
+        program.element("list item", "Descargas").press()
+        program.element("label", "No hay imágenes en esta carpeta.")
+        self.take(program, f"{name}-chooser-empty")
+        program.kill()
+
     def run(self):
         for scheme in ("light", "dark"):
             self.screens(scheme, scheme)
             self.images(scheme, scheme)
+            self.chooser(scheme, scheme)
         self.screens("light", "minimum", size=(940, 700))
         self.screens("light", "twice", QT_SCALE_FACTOR="2")
         self.images("light", "twice", QT_SCALE_FACTOR="2")
+        self.chooser("light", "twice", QT_SCALE_FACTOR="2")
 
 
 if __name__ == "__main__":

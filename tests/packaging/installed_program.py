@@ -57,7 +57,7 @@ def image_files():
 
 
 def attach(program, name):
-    """Chooses an image in the toolkit's own file chooser: there is no other here."""
+    """Chooses an image in the program's own file chooser: the desktop has none."""
     program.button("Adjuntar imagen").click()
     program.choose_file(name)
     program.button("Quitar imagen")

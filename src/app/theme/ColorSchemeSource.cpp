@@ -1,12 +1,13 @@
 #include "ColorSchemeSource.h"
 
+#include "DesktopPortal.h"
+
 #include <QDBusConnection>
 #include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
 #include <QDBusVariant>
 #include <QEvent>
-#include <QFile>
 #include <QGuiApplication>
 #include <QPalette>
 #include <QStyleHints>
@@ -46,21 +47,11 @@ ColorScheme paletteScheme()
 
 constexpr int portalTimeout = 100; // milliseconds, while the first frame waits
 
-const QString portalService = u"org.freedesktop.portal.Desktop"_s;
-const QString portalPath = u"/org/freedesktop/portal/desktop"_s;
 const QString settingsInterface = u"org.freedesktop.portal.Settings"_s;
-
-/// Without a bus to talk to, the library would try to launch one, which takes long.
-bool sessionBusExists()
-{
-    return qEnvironmentVariableIsSet("DBUS_SESSION_BUS_ADDRESS")
-        || QFile::exists(qEnvironmentVariable("XDG_RUNTIME_DIR") + u"/bus"_s);
-}
 
 QDBusMessage readColorScheme()
 {
-    auto message
-        = QDBusMessage::createMethodCall(portalService, portalPath, settingsInterface, u"Read"_s);
+    auto message = portalCall(settingsInterface, u"Read"_s);
     message << appearanceGroup << colorSchemeKey;
     return message;
 }

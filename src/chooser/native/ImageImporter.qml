@@ -3,11 +3,11 @@ import QtQuick
 import QtQuick.Dialogs
 import Aulora.Images
 
-/// The desktop's file chooser, for one image.
+/// The way to one image on the device: the file chooser of a system that always has one.
 FileDialog {
     id: importer
 
-    required property bool presented
+    property bool presented: false
 
     /// The chooser closed: with the file that was chosen, or with none.
     signal finished(var urls)
@@ -17,7 +17,7 @@ FileDialog {
     fileMode: FileDialog.OpenFile
     acceptLabel: "Abrir"
     rejectLabel: "Cancelar"
-    nameFilters: [`Imágenes (${ImageFileNames.filter})`]
+    nameFilters: [`Imágenes (${ImageFileNames.patterns.join(" ")})`]
 
     onAccepted: importer.finished([importer.selectedFile])
     onRejected: importer.finished([])
