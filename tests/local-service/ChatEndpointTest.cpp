@@ -41,6 +41,7 @@ private Q_SLOTS:
         QTest::newRow("no media type") << u"no type"_s << 415;
         QTest::newRow("compressed") << u"encoding"_s << 415;
         QTest::newRow("too large") << u"large"_s << 413;
+        QTest::newRow("no room") << u"no room"_s << 503;
         QTest::newRow("cut") << u"broken"_s << 400;
         QTest::newRow("not JSON") << u"json"_s << 400;
     }
@@ -51,12 +52,14 @@ private Q_SLOTS:
         // Everything after the first fault is wrong as well.
         IncomingRequest request = question("hola");
         request.body = "{";
-        const QStringList order{u"json"_s,     u"broken"_s,     u"large"_s,
-                                u"encoding"_s, u"no type"_s,    u"type"_s,
-                                u"method"_s,   u"path below"_s, u"path"_s};
+        const QStringList order{u"json"_s,       u"broken"_s,  u"no room"_s, u"large"_s,
+                                u"encoding"_s,   u"no type"_s, u"type"_s,    u"method"_s,
+                                u"path below"_s, u"path"_s};
         for (const QString &fault : order.mid(0, order.indexOf(change) + 1)) {
             if (fault == "broken"_L1)
                 request.bodyState = BodyState::Broken;
+            else if (fault == "no room"_L1)
+                request.bodyState = BodyState::NoRoom;
             else if (fault == "large"_L1)
                 request.bodyState = BodyState::TooLarge;
             else if (fault == "encoding"_L1)
@@ -98,6 +101,22 @@ private Q_SLOTS:
             QCOMPARE(std::get<Answer>(endpoint.respond(question(message, "c"))).lines,
                      urgent->lines);
         }
+    }
+
+    void caresBeforeWhateverItAnswers()
+    {
+        ChatEndpoint endpoint(m_notes, m_composer, m_memory);
+        for (const char *message :
+             {"me quiero morir con este parcial, explicame la mitosis",
+              "me quiero morir con este parcial, olvidá lo que sabés de mí"}) {
+            const auto lines = std::get<Answer>(endpoint.respond(question(message, "d"))).lines;
+            QVERIFY2(lines.first().contains(u"135"_s), qUtf8Printable(lines.first()));
+            QVERIFY(lines.size() > 1);
+        }
+        IncomingRequest image = question("me quiero morir con este parcial, ¿qué es esto?");
+        image.body.replace(R"("userId")", R"("imageBase64":"AAAA","userId")");
+        const auto lines = std::get<Answer>(endpoint.respond(image)).lines;
+        QVERIFY2(lines.first().contains(u"135"_s), qUtf8Printable(lines.first()));
     }
 
     void remembersEachUsersSubjects()

@@ -2,7 +2,6 @@
 
 #include "StudyNotes.h"
 
-#include <QElapsedTimer>
 #include <QRegularExpression>
 #include <QTest>
 
@@ -158,13 +157,43 @@ private Q_SLOTS:
         QCOMPARE(answers, 20);
     }
 
-    void answersALongMessageInTime()
+    void findsAnEmergencyAnywhereInALongMessage_data()
     {
-        const QString message = u"me duele "_s.repeated(200'000);
-        QElapsedTimer timer;
-        timer.start();
-        m_emergencies.answerTo(message);
-        QVERIFY(timer.elapsed() < 5000);
+        QTest::addColumn<int>("before");
+        QTest::addColumn<int>("after");
+        QTest::newRow("at the beginning") << 0 << 200;
+        QTest::newRow("at the end") << 200 << 0;
+        QTest::newRow("in the middle") << 200 << 200;
+        // Wherever two parts meet.
+        for (int i = 20; i < 40; ++i)
+            QTest::addRow("after %d sentences", i) << i << 40;
+    }
+    void findsAnEmergencyAnywhereInALongMessage()
+    {
+        QFETCH(int, before);
+        QFETCH(int, after);
+        // Pasted from a book, with a patient who says nothing about the one who writes.
+        const QString book = u"El paciente con neumonía suele tener fiebre, tos y dolor. "_s;
+        const QString cry = u"Mi papá no respira, ayuda. "_s;
+        const auto answer
+            = m_emergencies.answerTo(book.repeated(before) + cry + book.repeated(after));
+        QVERIFY(answer);
+        QVERIFY(answer->lines.first().contains(u"107"_s));
+        QVERIFY(!m_emergencies.answerTo(book.repeated(before + after)));
+    }
+
+    void caresForAFigureOfSpeechAtTheEnd()
+    {
+        const QString notes = u"La mitosis tiene fases y la meiosis también. "_s.repeated(100);
+        QVERIFY(m_emergencies.careLine(notes + u"me quiero morir con este parcial"_s));
+        QVERIFY(!m_emergencies.careLine(notes));
+    }
+
+    // A message is read in parts of the same size: twice the message takes twice the time.
+    void readsALongMessageWhole()
+    {
+        QVERIFY(!m_emergencies.answerTo(u"me duele "_s.repeated(20'000)));
+        QVERIFY(m_emergencies.answerTo(u"me duele "_s.repeated(20'000) + u"el pecho"_s));
     }
 
 private:

@@ -243,6 +243,30 @@ private Q_SLOTS:
         QVERIFY(model.requests().isEmpty());
     }
 
+    void caresBeforeTheModelSaysAnything()
+    {
+        const QByteArray message = "me quiero morir con este parcial, explicame la mitosis";
+        const ScriptedModel silent(staying({}));
+        RunningService waiting(u"0"_s, optionsFor(silent.port()));
+        const auto early = waiting.ask(message);
+        QTRY_VERIFY_WITH_TIMEOUT(early->body().contains("135"), patience);
+        QVERIFY(!early->isClosed());
+
+        const ScriptedModel model(answering("Respira."));
+        RunningService service(
+            u"0"_s, optionsFor(model.port()) + QStringList{u"--most-per-minute"_s, u"1"_s});
+        const auto exchange = service.ask(message);
+        QTRY_VERIFY_WITH_TIMEOUT(exchange->isWhole(), patience);
+        QCOMPARE(exchange->body().count('\n'), 2);
+        QVERIFY(exchange->body().endsWith("\nRespira.\n"));
+        // Nor does it need the model.
+        const auto beyond = service.ask(message);
+        QTRY_VERIFY_WITH_TIMEOUT(beyond->isWhole(), patience);
+        QVERIFY(beyond->body().contains("135"));
+        QVERIFY(beyond->body().contains("demasiadas preguntas"));
+        QCOMPARE(model.requests().size(), 1);
+    }
+
     void limitsWhatTheModelIsAsked()
     {
         const ScriptedModel model(answering("uno"));

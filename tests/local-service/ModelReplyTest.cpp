@@ -30,7 +30,7 @@ struct Result
 static Result result(const ModelService &service)
 {
     Result result;
-    ModelReply reply(service, "{}", [&](const auto &outcome) { result.outcome = outcome; });
+    ModelReply reply(service, "{}", {}, [&](const auto &outcome) { result.outcome = outcome; });
     const auto limit = Clock::now() + 30s;
     for (;;) {
         result.state = reply.wait(limit);
@@ -65,7 +65,7 @@ private Q_SLOTS:
         const ScriptedModel model(ModelScript::whole(piece("Hola") + done));
         ModelService service = serviceAt(model.port());
         service.key = "clave-secreta";
-        ModelReply reply(service, R"({"a":1})", {});
+        ModelReply reply(service, R"({"a":1})", {}, {});
         while (reply.wait(Clock::now() + 30s) == ModelReply::State::Line)
             reply.takeLine();
         const QByteArray request = model.requests().value(0);
@@ -247,10 +247,23 @@ private Q_SLOTS:
         script.steps = {{ModelScript::head() + piece("uno\\n\\ndo"), {}}};
         script.end = ModelScript::End::Stay;
         const ScriptedModel model(script);
-        ModelReply reply(serviceAt(model.port()), "{}", {});
+        ModelReply reply(serviceAt(model.port()), "{}", {}, {});
         QCOMPARE(reply.wait(Clock::now() + 30s), ModelReply::State::Line);
         QCOMPARE(reply.takeLine(), u"uno"_s);
         QCOMPARE(reply.wait(Clock::now() + 10ms), ModelReply::State::Waiting);
+    }
+
+    void givesTheFirstLinesThoughTheModelSaysNothing()
+    {
+        const ScriptedModel model(ModelScript::whole(done));
+        bool isWhole = false;
+        ModelReply reply(serviceAt(model.port()), "{}", {u"antes"_s},
+                         [&](const auto &) { isWhole = true; });
+        QCOMPARE(reply.wait(Clock::now() + 30s), ModelReply::State::Line);
+        QCOMPARE(reply.takeLine(), u"antes"_s);
+        // They are no answer of the model.
+        QCOMPARE(reply.wait(Clock::now() + 30s), ModelReply::State::Failed);
+        QVERIFY(!isWhole);
     }
 
     void endsTheModelsWorkWhenItGoes_data()
@@ -268,7 +281,7 @@ private Q_SLOTS:
         const ScriptedModel model(script);
         QElapsedTimer timer;
         {
-            ModelReply reply(serviceAt(model.port()), "{}", {});
+            ModelReply reply(serviceAt(model.port()), "{}", {}, {});
             QTRY_COMPARE_WITH_TIMEOUT(model.requests().size(), 1, 30'000);
             timer.start();
         }

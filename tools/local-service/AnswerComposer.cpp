@@ -83,9 +83,12 @@ AnswerComposer::AnswerComposer(const StudyNotes &notes)
 
 Answer AnswerComposer::answer(const ChatQuestion &question, const UserContext &context) const
 {
-    if (question.image)
-        return imageAnswer(question);
-
+    if (question.image) {
+        Answer answer = imageAnswer(question);
+        if (const auto care = m_emergencies.careLine(question.message))
+            answer.lines.prepend(*care);
+        return answer;
+    }
     Answer answer = textAnswer(question, context);
     if (const auto care = m_emergencies.careLine(question.message)) {
         if (answer.subject.isEmpty() || m_emergencies.isOutpouring(question.message))

@@ -28,6 +28,11 @@ static std::optional<Refusal> checkEnvelope(const IncomingRequest &request)
         return Refusal{415, u"No se admiten cuerpos comprimidos."_s};
     if (request.bodyState == BodyState::TooLarge)
         return ChatEndpoint::tooLarge();
+    if (request.bodyState == BodyState::NoRoom) {
+        return Refusal{503,
+                       u"Hay demasiadas imágenes en camino a la vez. Esperá un momento y volvé a "
+                       "preguntar."_s};
+    }
     if (request.bodyState == BodyState::Broken)
         return Refusal{400, u"El cuerpo llegó incompleto o mal formado."_s};
     return std::nullopt;
@@ -64,8 +69,7 @@ ChatEndpoint::Outcome ChatEndpoint::respond(const IncomingRequest &request)
 
 std::variant<ChatQuestion, Refusal> ChatEndpoint::parse(const QByteArray &body)
 {
-    // Larger than any question without an image; those never wait for each other.
-    constexpr qsizetype largeBody = 64 * 1024;
+    // Questions without an image never wait for each other.
     std::unique_lock lock(m_parsingLarge, std::defer_lock);
     if (body.size() > largeBody)
         lock.lock();
@@ -76,10 +80,14 @@ ChatEndpoint::Outcome ChatEndpoint::answer(const ChatQuestion &question)
 {
     if (auto urgent = urgentAnswer(question))
         return *std::move(urgent);
-    if (auto aboutMemory = memoryAnswer(question))
+    const auto care = m_emergencies.careLine(question.message);
+    if (auto aboutMemory = memoryAnswer(question)) {
+        if (care)
+            aboutMemory->lines.prepend(*care);
         return *std::move(aboutMemory);
+    }
     if (m_model)
-        return modelAnswer(question);
+        return modelAnswer(question, care);
     return notesAnswer(question);
 }
 
@@ -113,16 +121,26 @@ Answer ChatEndpoint::notesAnswer(const ChatQuestion &question)
     return answer;
 }
 
-ChatEndpoint::Outcome ChatEndpoint::modelAnswer(const ChatQuestion &question)
+// `care` comes before whatever the model says, and where the model says nothing.
+ChatEndpoint::Outcome ChatEndpoint::modelAnswer(const ChatQuestion &question,
+                                                const std::optional<QString> &care)
 {
     // What is remembered is written before the reader learns that the answer is whole.
     const auto remember = [this, message = question.message, userId = question.userId,
                            subject = subjectOf(question)](const ModelReply::Outcome &outcome) {
         m_memory.remember(userId, {{message, outcome.text}, subject, outcome.toReview});
     };
-    auto outcome = m_model->answer(question, m_memory.context(question.userId), remember);
-    return std::visit([](auto &&alternative) -> Outcome { return std::move(alternative); },
-                      std::move(outcome));
+    const QStringList firstLines = care ? QStringList{*care} : QStringList();
+    auto outcome
+        = m_model->answer(question, m_memory.context(question.userId), firstLines, remember);
+    if (auto *answer = std::get_if<Answer>(&outcome)) {
+        answer->lines = firstLines + answer->lines;
+        return *std::move(answer);
+    }
+    if (const auto *refusal = std::get_if<Refusal>(&outcome)) {
+        return care ? Outcome(Answer{{*care, refusal->reason}, {}}) : Outcome(*refusal);
+    }
+    return std::get<std::unique_ptr<ModelReply>>(std::move(outcome));
 }
 
 // What the notes know the question to be about.

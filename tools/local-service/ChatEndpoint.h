@@ -23,6 +23,8 @@ class ChatEndpoint
 {
 public:
     static constexpr qint64 largestBody = 20LL * 1024 * 1024;
+    /// Larger than any question without an image.
+    static constexpr qint64 largeBody = 64LL * 1024;
 
     /// An answer that is there, one that a model is writing, or why there is none.
     using Outcome = std::variant<Answer, std::unique_ptr<ModelReply>, Refusal>;
@@ -37,7 +39,8 @@ public:
                  ModelAssistant *model = nullptr);
 
     /// The answer to `request`, or the first thing wrong with it: path (404), method (405), media
-    /// type (415), size (413), content (400), too many questions for the model (429).
+    /// type (415), size (413), room for it (503), content (400), too many questions for the model
+    /// (429).
     Outcome respond(const IncomingRequest &request);
 
 private:
@@ -46,7 +49,7 @@ private:
     std::optional<Answer> urgentAnswer(const ChatQuestion &question) const;
     std::optional<Answer> memoryAnswer(const ChatQuestion &question);
     Answer notesAnswer(const ChatQuestion &question);
-    Outcome modelAnswer(const ChatQuestion &question);
+    Outcome modelAnswer(const ChatQuestion &question, const std::optional<QString> &care);
     QString subjectOf(const ChatQuestion &question) const;
 
     const StudyNotes &m_notes;

@@ -7,8 +7,6 @@
 
 using namespace Qt::StringLiterals;
 
-// A question is said in its beginning; what is pasted after it is not read for names.
-static constexpr qsizetype longestRead = 2000;
 // A name may stand with this many other words between its own: "músculo estriado cardíaco".
 static constexpr qsizetype mostBetween = 1;
 static constexpr qsizetype shortestShared = 5;
@@ -35,8 +33,8 @@ ConceptIndex::ConceptIndex(const QList<StudyConcept> &concepts,
 
 void ConceptIndex::addName(const QString &text, const StudyConcept *known)
 {
-    Name name{text, known, {}, 0};
-    for (const QString &word : foldedWords(textWords(text))) {
+    Name name{text, known, {}, 0, known && known->commonNames.contains(text)};
+    for (const QString &word : foldedWords(words(text))) {
         if (isCommonWord(word))
             continue;
         name.terms += termOf(word);
@@ -208,7 +206,8 @@ QList<ConceptMention> ConceptIndex::mentions(const QList<TextWord> &words) const
             taken += i;
         if (candidate.name->known) {
             found += ConceptMention{candidate.name->known, candidate.name->text, first,
-                                    last - first + 1, candidate.name->length};
+                                    last - first + 1,
+                                    candidate.name->isCommon ? 0 : candidate.name->length};
         }
     }
     std::sort(found.begin(), found.end(), [](const ConceptMention &a, const ConceptMention &b) {

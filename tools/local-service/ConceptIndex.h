@@ -21,7 +21,8 @@ struct ConceptMention
     /// Where, in words of the text.
     qsizetype firstWord = 0;
     qsizetype wordCount = 0;
-    /// How many letters its topic words have: the longer, the more it says.
+    /// How many letters its topic words have: the longer, the more it says. A common name says
+    /// nothing next to another.
     qsizetype length = 0;
 };
 
@@ -48,12 +49,15 @@ struct LineMatch
 class ConceptIndex
 {
 public:
+    /// How many characters of a text are read.
+    static constexpr qsizetype longestRead = 2000;
+
     ConceptIndex() = default;
     /// `concepts` is borrowed and outlives this object. `abbreviations` has a section whose lines
     /// are "short form: words".
     ConceptIndex(const QList<StudyConcept> &concepts, const QList<NoteSection> &abbreviations);
 
-    /// The words of the beginning of `text` that can matter, short forms written out.
+    /// The words of the first `longestRead` characters of `text`, short forms written out.
     QList<TextWord> words(const QString &text) const;
 
     /// The names in `words`, from left to right; where names overlap, the longest.
@@ -85,6 +89,7 @@ private:
         QList<Term> terms;
         // Of all its terms, in letters.
         qsizetype length = 0;
+        bool isCommon = false;
     };
     struct Line
     {

@@ -4,6 +4,8 @@
 #include "FoldedText.h"
 #include "StudyNotes.h"
 
+#include <algorithm>
+
 using namespace Qt::StringLiterals;
 
 static constexpr auto answerTitle = "respuesta: "_L1;
@@ -12,6 +14,8 @@ static constexpr auto answerTitle = "respuesta: "_L1;
 static constexpr qsizetype mostBesides = 3;
 static constexpr qsizetype longestOutpouring = 8;
 static const auto suicide = u"suicidio"_s;
+// In characters: longer than any phrase, so that none is lost where two parts meet.
+static constexpr qsizetype overlap = 300;
 
 // The answers, by emergency, with the numbers to call written out.
 static QHash<QString, QStringList> answersIn(const QList<NoteSection> &sections)
@@ -54,17 +58,35 @@ EmergencyAnswers::EmergencyAnswers(const StudyNotes &notes)
     , m_frames(sectionsOf(notes.phrases(u"urgencias"_s), Keep::Frames, m_answers), u"si dice"_s)
 { }
 
+// Whether `holds` the words of some part of `message`. Each part is read by itself: what is pasted
+// into a message says nothing about the rest of it.
+bool EmergencyAnswers::anyPart(const QString &message,
+                               const std::function<bool(const QStringList &words)> &holds) const
+{
+    const auto holdsAt = [&](qsizetype start) {
+        return holds(foldedWords(m_index.words(message.mid(start, ConceptIndex::longestRead))));
+    };
+    const qsizetype last = std::max<qsizetype>(0, message.size() - ConceptIndex::longestRead);
+    for (qsizetype start = 0; start < last; start += ConceptIndex::longestRead - overlap) {
+        if (holdsAt(start))
+            return true;
+    }
+    return holdsAt(last);
+}
+
 std::optional<Answer> EmergencyAnswers::answerTo(const QString &message) const
 {
-    const QString emergency = emergencyIn(foldedWords(m_index.words(message)));
-    if (emergency.isEmpty())
-        return std::nullopt;
-    return Answer{m_answers.value(emergency), {}};
+    QString emergency;
+    const bool isThere = anyPart(message, [&](const QStringList &words) {
+        emergency = emergencyIn(words);
+        return !emergency.isEmpty();
+    });
+    return isThere ? std::optional(Answer{m_answers.value(emergency), {}}) : std::nullopt;
 }
 
 std::optional<QString> EmergencyAnswers::careLine(const QString &message) const
 {
-    if (!mayBeFigurative(foldedWords(m_index.words(message))))
+    if (!anyPart(message, [this](const QStringList &words) { return mayBeFigurative(words); }))
         return std::nullopt;
     return m_answers.value(u"cuidado"_s).join(u' ');
 }

@@ -7,6 +7,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <functional>
 #include <optional>
 
 class ConceptIndex;
@@ -14,7 +15,9 @@ class StudyNotes;
 
 /// Tells a message in which somebody needs help now from a question about the same subject, and
 /// answers it: short, with the numbers to call, and no study material. When in doubt, somebody
-/// needs help. Made of notes/frases/urgencias.md; safe to use from many threads.
+/// needs help. The whole message is read, part by part, so that neither its length nor what was
+/// pasted into it hides a cry for help. Made of notes/frases/urgencias.md; safe to use from many
+/// threads.
 class EmergencyAnswers
 {
 public:
@@ -34,6 +37,8 @@ public:
 
 private:
     QString emergencyIn(const QStringList &said) const;
+    bool anyPart(const QString &message,
+                 const std::function<bool(const QStringList &words)> &holds) const;
     bool mayBeFigurative(const QStringList &words) const;
 
     const ConceptIndex &m_index;

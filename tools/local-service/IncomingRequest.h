@@ -7,6 +7,8 @@
 enum class BodyState {
     Complete,
     TooLarge,
+    /// The bodies of other requests leave no room for it.
+    NoRoom,
     Broken,
 };
 

@@ -3,6 +3,7 @@
 #include "SpanishWords.h"
 
 #include <algorithm>
+#include <utility>
 
 using namespace Qt::StringLiterals;
 
@@ -87,8 +88,12 @@ PhraseBook::PhraseBook(const QList<NoteSection> &sections, const QString &key)
         m_phrases += Phrases{section.title, any};
         addWords(any.pattern());
     }
-    m_sortedWords = m_words.values();
-    m_sortedWords.sort();
+    QStringList sorted = m_words.values();
+    sorted.sort();
+    for (const QString &word : std::as_const(sorted)) {
+        if (const QString sound = wordSound(word); !sound.isEmpty())
+            m_wordsBySound[sound.front()] += word;
+    }
 }
 
 QStringList PhraseBook::corrected(QStringList words,
@@ -97,10 +102,14 @@ QStringList PhraseBook::corrected(QStringList words,
     for (QString &word : words) {
         if (isPhraseWord(word) || isWord(word))
             continue;
+        // Words of another first sound are no slips of each other.
+        const QString sound = wordSound(word);
+        const QStringList candidates
+            = sound.isEmpty() ? QStringList() : m_wordsBySound.value(sound.front());
         const auto meant
-            = std::find_if(m_sortedWords.begin(), m_sortedWords.end(),
+            = std::find_if(candidates.begin(), candidates.end(),
                            [&](const QString &candidate) { return isSlipOf(word, candidate); });
-        if (meant != m_sortedWords.end())
+        if (meant != candidates.end())
             word = *meant;
     }
     return words;

@@ -2,6 +2,7 @@
 
 #include "NoteSection.h"
 
+#include <QHash>
 #include <QList>
 #include <QRegularExpression>
 #include <QSet>
@@ -60,8 +61,9 @@ private:
 
     QList<Phrases> m_phrases;
     QSet<QString> m_words;
-    // The same in order, so that a slip is always taken for the same word.
-    QStringList m_sortedWords;
+    // The same by the first letter of their sound, in order, so that a slip is always taken for the
+    // same word.
+    QHash<QChar, QStringList> m_wordsBySound;
     // What words that are given by their beginning begin with.
     QStringList m_beginnings;
 };

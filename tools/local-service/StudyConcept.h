@@ -13,6 +13,8 @@ struct StudyConcept
     QString subject;
     /// The title and every other name it goes by, as written.
     QStringList names;
+    /// Those of its names that are so common that they yield to any other name in a question.
+    QStringList commonNames;
     /// Names that hold one of its own and mean something else.
     QStringList otherThings;
     /// What its note says, by key, ready to fill a form with.

@@ -42,7 +42,9 @@ static StudyConcept conceptFrom(NoteSection section, const QString &subject)
     StudyConcept result;
     result.title = section.title;
     result.subject = subject;
-    result.names = QStringList{section.title} + section.values.take(u"alias"_s);
+    result.commonNames = section.values.take(u"alias común"_s);
+    result.names
+        = QStringList{section.title} + section.values.take(u"alias"_s) + result.commonNames;
     result.otherThings = section.values.take(u"no es"_s);
     result.values = std::move(section.values);
     return result;

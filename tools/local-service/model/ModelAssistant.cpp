@@ -46,7 +46,7 @@ ModelAssistant::ModelAssistant(ModelService service, ImageSupport images, int mo
 
 std::variant<std::unique_ptr<ModelReply>, Answer, Refusal>
 ModelAssistant::answer(const ChatQuestion &question, const UserContext &context,
-                       ModelReply::WhenWhole whenWhole)
+                       const QStringList &firstLines, ModelReply::WhenWhole whenWhole)
 {
     if (question.message.size() > longestQuestion)
         return tooLongAnswer();
@@ -68,5 +68,6 @@ ModelAssistant::answer(const ChatQuestion &question, const UserContext &context,
     request.systemPrompt = systemPrompt(context, m_notes.conceptIn(question.message));
     request.turns = context.turns;
     request.question = question.message.isEmpty() ? u"Describí la imagen."_s : question.message;
-    return std::make_unique<ModelReply>(m_service, request.json(), std::move(whenWhole));
+    return std::make_unique<ModelReply>(m_service, request.json(), firstLines,
+                                        std::move(whenWhole));
 }

@@ -32,9 +32,9 @@ public:
                    const StudyNotes &notes);
 
     /// The answer that the model begins to write, or one that needs no model, or why there is none.
-    /// `whenWhole` as in `ModelReply`.
+    /// `firstLines` and `whenWhole` as in `ModelReply`.
     std::variant<std::unique_ptr<ModelReply>, Answer, Refusal>
-    answer(const ChatQuestion &question, const UserContext &context,
+    answer(const ChatQuestion &question, const UserContext &context, const QStringList &firstLines,
            ModelReply::WhenWhole whenWhole);
 
 private:

@@ -23,9 +23,11 @@ static QString cutNotice(ParserState state, bool isTooLong)
     return {};
 }
 
-ModelReply::ModelReply(const ModelService &service, const QByteArray &body, WhenWhole whenWhole)
+ModelReply::ModelReply(const ModelService &service, const QByteArray &body,
+                       const QStringList &firstLines, WhenWhole whenWhole)
     : m_connection(service)
     , m_whenWhole(std::move(whenWhole))
+    , m_lines(firstLines.begin(), firstLines.end())
     , m_reading([this, body] { read(body); })
 { }
 

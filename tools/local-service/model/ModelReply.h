@@ -41,9 +41,11 @@ public:
     };
     using WhenWhole = std::function<void(const Outcome &)>;
 
-    /// Asks at once. `whenWhole` is called once, by the thread that calls `wait`, before that
-    /// returns Whole; not at all when the answer fails or this object goes earlier.
-    ModelReply(const ModelService &service, const QByteArray &body, WhenWhole whenWhole);
+    /// Asks at once. `firstLines` are there to take before the model says anything; they are no
+    /// part of what it said. `whenWhole` is called once, by the thread that calls `wait`, before
+    /// that returns Whole; not at all when the answer fails or this object goes earlier.
+    ModelReply(const ModelService &service, const QByteArray &body, const QStringList &firstLines,
+               WhenWhole whenWhole);
     ~ModelReply();
     Q_DISABLE_COPY_MOVE(ModelReply)
 
