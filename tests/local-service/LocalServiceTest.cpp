@@ -288,6 +288,31 @@ private Q_SLOTS:
             QTRY_VERIFY_WITH_TIMEOUT(ended->isClosed(), patience);
     }
 
+    void holdsOnlySoManyLargeBodiesAtOnce()
+    {
+        const RunningService service(u"0"_s);
+        const QByteArray whole = HttpsExchange::post(questionOfSize(qsizetype{20} * 1024 * 1024));
+        // They lack their last byte, so that all of them are held until they are given up.
+        std::vector<std::unique_ptr<HttpsExchange>> held;
+        for (int i = 0; i < 7; ++i)
+            held.push_back(service.send(whole.chopped(1)));
+        // Whoever asks without an image finds room all the same.
+        const auto small = service.ask("hola");
+        QTRY_VERIFY_WITH_TIMEOUT(small->isWhole(), patience);
+        qsizetype refused = 0;
+        for (const auto &exchange : held) {
+            QTRY_VERIFY_WITH_TIMEOUT(exchange->isClosed(), patience);
+            QVERIFY(exchange->status() == 503 || exchange->status() == 400);
+            refused += exchange->status() == 503 ? 1 : 0;
+            QCOMPARE(exchange->body().contains("demasiadas"), exchange->status() == 503);
+        }
+        QVERIFY(refused > 0);
+        QVERIFY(refused < qsizetype(held.size()));
+        const auto later = service.send(whole);
+        QTRY_VERIFY_WITH_TIMEOUT(later->isClosed(), patience);
+        QCOMPARE(later->status(), 200);
+    }
+
     void endsTheAnswerOfWhoLeaves()
     {
         RunningService service(u"5"_s);

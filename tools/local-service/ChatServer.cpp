@@ -1,5 +1,6 @@
 #include "ChatServer.h"
 
+#include "BodyRoom.h"
 #include "ChatEndpoint.h"
 #include "EndNotice.h"
 #include "RequestLog.h"
@@ -29,6 +30,10 @@ static constexpr auto presenceInterval = std::chrono::milliseconds(250);
 // A refused body is read to its end all the same, so that the refusal is not lost in a reset
 // connection; past this it is.
 static constexpr qint64 mostDiscarded = 2 * ChatEndpoint::largestBody;
+// Six images of the largest size at once. The first `largeBody` bytes of each body do not count:
+// whoever asks without an image always finds room. The buffer of a body that still grows may take
+// twice its bytes.
+static constexpr qint64 bodyRoom = 6 * ChatEndpoint::largestBody;
 // For the log: the client left, or the service ends.
 static const auto nobodyWaits = QStringLiteral("nadie espera ya la respuesta");
 static constexpr auto plainText = "text/plain; charset=utf-8";
@@ -65,6 +70,7 @@ struct ChatServer::Engine
     httplib::SSLServer server;
     int listeningSocket = -1;
     int port = 0;
+    BodyRoom room{bodyRoom};
     EndNotice end;
     std::future<bool> serving;
 };
@@ -108,8 +114,9 @@ static std::optional<BodyState> stateByHead(const httplib::Request &request)
     return fits && size <= mostDiscarded ? std::nullopt : std::optional(BodyState::TooLarge);
 }
 
+// `share` grows with the body.
 static IncomingRequest withBody(const httplib::Request &request,
-                                const httplib::ContentReader &reader)
+                                const httplib::ContentReader &reader, BodyRoom::Share &share)
 {
     IncomingRequest incoming = envelope(request);
     if (const auto state = stateByHead(request)) {
@@ -117,12 +124,14 @@ static IncomingRequest withBody(const httplib::Request &request,
         return incoming;
     }
     qint64 length = 0;
+    bool hasRoom = true;
     const auto receive = [&](const char *data, size_t count) {
         length += static_cast<qint64>(count);
-        if (length <= ChatEndpoint::largestBody)
+        hasRoom = hasRoom && share.growTo(length - ChatEndpoint::largeBody);
+        if (hasRoom && length <= ChatEndpoint::largestBody)
             incoming.body.append(data, static_cast<qsizetype>(count));
         else
-            incoming.body.clear();
+            incoming.body = {};
         return length <= mostDiscarded;
     };
     const bool isWhole = request.is_multipart_form_data()
@@ -130,6 +139,8 @@ static IncomingRequest withBody(const httplib::Request &request,
         : reader(receive);
     if (length > ChatEndpoint::largestBody)
         incoming.bodyState = BodyState::TooLarge;
+    else if (!hasRoom)
+        incoming.bodyState = BodyState::NoRoom;
     else if (!isWhole)
         incoming.bodyState = BodyState::Broken;
     return incoming;
@@ -200,7 +211,8 @@ void ChatServer::Engine::setUp()
         respond(request, response, envelope(request));
     };
     const auto reading = [this](const auto &request, auto &response, const auto &reader) {
-        respond(request, response, withBody(request, reader));
+        BodyRoom::Share share(room);
+        respond(request, response, withBody(request, reader, share));
     };
     server.set_pre_routing_handler([bare](const auto &request, auto &response) {
         currentExchange = {Clock::now(), 0, {}};
