@@ -4,6 +4,7 @@
 #include "StudyNotes.h"
 
 #include <QFile>
+#include <QRegularExpression>
 #include <QTest>
 
 using namespace Qt::StringLiterals;
@@ -32,6 +33,8 @@ static QString kindOf(const Answer &answer)
         return u"razonar"_s;
     if (title.endsWith(", paso a paso"_L1))
         return u"explicar"_s;
+    if (title.endsWith(": lo esencial"_L1))
+        return u"resumen"_s;
     if (title.startsWith(u"# Comparación"_s))
         return u"comparar"_s;
     if (title.startsWith("# Temas de"_L1) || !StudyNotes::subjectIn(title).isEmpty())
@@ -85,11 +88,27 @@ private Q_SLOTS:
         QVERIFY(score.rate() >= 0.9);
     }
 
+    void answersShortQuestions()
+    {
+        Score score;
+        const auto rows = tableRows(u"preguntas-cortas.tsv"_s);
+        QCOMPARE(rows.size(), 80);
+        for (const QStringList &row : rows) {
+            const Answer answer = m_composer.answer({row[3], u"u"_s, {}}, {});
+            score.add(isOfKind(answer, row[2]) && isAbout(answer, row[1], row[0]),
+                      u"%1 [%2: %3] got %4, %5, %6"_s.arg(row[3], row[2], row[1], kindOf(answer),
+                                                          answer.subject, answer.lines.value(1)));
+        }
+        score.print("short questions");
+        QVERIFY(score.rate() >= 0.9);
+    }
+
     void tellsEmergenciesFromStudy()
     {
         Score emergencies;
         Score study;
-        const auto rows = tableRows(u"urgencias.tsv"_s) + tableRows(u"urgencias-habladas.tsv"_s);
+        const auto rows = tableRows(u"urgencias.tsv"_s) + tableRows(u"urgencias-habladas.tsv"_s)
+            + tableRows(u"urgencias-tipeadas.tsv"_s);
         for (const QStringList &row : rows) {
             const bool isRecognised = m_emergencies.answerTo(row[2]).has_value();
             if (row[0] == u"sí"_s)
@@ -106,7 +125,8 @@ private Q_SLOTS:
     void keepsUpWithAConversation()
     {
         Score score;
-        for (const QStringList &row : tableRows(u"conversacion.tsv"_s)) {
+        const auto rows = tableRows(u"conversacion.tsv"_s) + tableRows(u"seguidas.tsv"_s);
+        for (const QStringList &row : rows) {
             UserContext context;
             Answer before;
             if (!row[0].isEmpty()) {
@@ -151,9 +171,44 @@ private:
         return true;
     }
 
-    static bool keepsUp(const QString &kind, const Answer &answer, const Answer &before)
+    // Whether `answer` is of `kind`; of one side of a concept, whether that side comes first.
+    bool isOfKind(const Answer &answer, const QString &kind) const
+    {
+        if (!kind.startsWith(u"aspecto: "_s))
+            return kindOf(answer) == kind;
+        const QString key = kind.section(u": "_s, 1);
+        for (const NoteSection &section : m_notes.phrases(u"aspectos"_s)) {
+            if (section.values[u"clave"_s].contains(key)
+                && answer.lines.indexOf("## "_L1 + section.title) == firstHeading(answer))
+                return true;
+        }
+        return false;
+    }
+
+    static qsizetype firstHeading(const Answer &answer)
+    {
+        return answer.lines.indexOf(QRegularExpression(u"^## .*"_s));
+    }
+
+    bool keepsUp(const QString &kind, const Answer &answer, const Answer &before) const
     {
         const QString text = answer.lines.join(u'\n');
+        const auto isOfTheSame
+            = [&] { return answer.subject == before.subject && !answer.subject.isEmpty(); };
+        if (kind.startsWith("aspecto: "_L1))
+            return isOfTheSame() && isOfKind(answer, kind);
+        if (kind == "practicar"_L1 || kind == "caso"_L1)
+            return isOfTheSame() && kindOf(answer) == kind;
+        if (kind == "comparar"_L1)
+            return answer.subject.startsWith(before.subject) && kindOf(answer) == kind;
+        if (kind == "ejemplo"_L1)
+            return isOfTheSame() && kindOf(answer) == "caso"_L1;
+        if (kind == "simple"_L1)
+            return isOfTheSame() && text.contains(u"de otra manera"_s);
+        if (kind == "soluciones"_L1)
+            return text.startsWith("## Respuestas"_L1);
+        if (kind == "corto"_L1)
+            return isOfTheSame() && answer.lines.size() < before.lines.size();
         if (kind == "saludo"_L1)
             return text.startsWith(u"¡Hola!"_s) && answer.lines.size() <= 3;
         if (kind == "gracias"_L1)

@@ -67,7 +67,17 @@ static const QSet<QString> conceptKeys{u"qué es"_s, u"paso"_s,      u"clave"_s,
                                        u"error"_s,  u"distingue"_s, u"pregunta"_s, u"respuesta"_s,
                                        u"caso"_s,   u"resolución"_s};
 
-static const QStringList forms{u"ayuda"_s,
+// The sides of a concept that a question may ask for. A note has those that make sense for it.
+static const QSet<QString> sideKeys{
+    u"función"_s,     u"partes"_s,        u"tipos"_s,  u"fases"_s,     u"ubicación"_s,
+    u"relaciones"_s,  u"origen"_s,        u"cuándo"_s, u"derivados"_s, u"irrigación"_s,
+    u"inervación"_s,  u"herencia"_s,      u"causas"_s, u"síntomas"_s,  u"diagnóstico"_s,
+    u"tratamiento"_s, u"complicaciones"_s};
+
+static const QStringList forms{u"aspecto"_s,
+                               u"aspecto-lado"_s,
+                               u"aspecto-otros"_s,
+                               u"ayuda"_s,
                                u"caso"_s,
                                u"comparar"_s,
                                u"comparar-lado"_s,
@@ -152,7 +162,30 @@ private Q_SLOTS:
             QVERIFY2(known.values[u"paso"_s].size() >= 3, qUtf8Printable(known.title));
             QVERIFY2(known.values[u"pregunta"_s].size() >= 3, qUtf8Printable(known.title));
             QCOMPARE(known.values[u"pregunta"_s].size(), known.values[u"respuesta"_s].size());
+            QSet<QString> sides(keys.begin(), keys.end());
+            sides -= conceptKeys;
+            QVERIFY2(sides.size() >= 2, qUtf8Printable(known.title));
+            for (const QString &key : sides)
+                QVERIFY2(sideKeys.contains(key), qUtf8Printable(known.title + u": "_s + key));
+            if (known.subject == "Medicina Interna"_L1) {
+                for (const QString &key :
+                     {u"causas"_s, u"síntomas"_s, u"diagnóstico"_s, u"tratamiento"_s})
+                    QVERIFY2(sides.contains(key), qUtf8Printable(known.title + u": "_s + key));
+            }
         }
+    }
+
+    void everySideCanBeAskedFor()
+    {
+        QSet<QString> asked;
+        for (const NoteSection &section : m_notes.phrases(u"aspectos"_s)) {
+            const QStringList keys = section.values[u"clave"_s] + section.values[u"si falta"_s];
+            for (const QString &key : keys) {
+                QVERIFY2(sideKeys.contains(key) || conceptKeys.contains(key), qUtf8Printable(key));
+                asked += key;
+            }
+        }
+        QVERIFY(asked.contains(sideKeys));
     }
 
     void noTwoConceptsShareAName()

@@ -235,7 +235,11 @@ AnswerComposer::conceptsFor(const QuestionReading &reading, const UserContext &c
         return found;
     };
 
-    if (!reading.concepts.isEmpty()) {
+    // "El músculo deltoides": not what the note of muscle is about.
+    const bool isOfAnother = reading.kind == QuestionKind::Concept && reading.hasOnlyCommonNames
+        && !reading.remainder.isEmpty()
+        && index.linesAbout(reading.remainder, reading.main).isEmpty();
+    if (!reading.concepts.isEmpty() && !isOfAnother) {
         // "¿Y en qué se diferencia de la meiosis?"
         const Concepts earlier = inContext();
         const bool goesOn = reading.kind == QuestionKind::Comparison && !context.turns.isEmpty()
@@ -268,7 +272,7 @@ AnswerComposer::conceptsFor(const QuestionReading &reading, const UserContext &c
     const bool isFollowUp = reading.kind >= QuestionKind::Point;
     if (isFollowUp || reading.remainder.isEmpty()) {
         const bool asksForSomething
-            = reading.kind != QuestionKind::Concept || !reading.aspect.isEmpty();
+            = reading.kind != QuestionKind::Concept || !reading.aspects.isEmpty();
         return asksForSomething ? std::optional(inContext()) : std::nullopt;
     }
 
@@ -282,7 +286,7 @@ AnswerComposer::conceptsFor(const QuestionReading &reading, const UserContext &c
     }
     const auto lines = linesAbout(reading);
     // What is asked for by its name alone has no note of its own.
-    const bool isName = reading.aspect.isEmpty() && !reading.asksToExplain
+    const bool isName = reading.aspects.isEmpty() && !reading.asksToExplain
         && reading.kind == QuestionKind::Concept && reading.remainder.size() <= 2;
     if (isName || reading.kind == QuestionKind::Comparison || lines.isEmpty()
         || lines.first().share < answeringShare || lines.first().wordCount < 2)
@@ -482,6 +486,9 @@ std::optional<Answer> AnswerComposer::partsComparison(const Request &request) co
                               {{u"lado"_s, {u"Frente a frente"_s}}, {u"renglón"_s, together}});
         for (qsizetype i = 0; i < sides.size(); ++i) {
             QStringList own = NoteAspects::linesWith(tellingStems[i], *known);
+            // In "gemelos dicigóticos" the last word tells.
+            if (own.isEmpty())
+                own = NoteAspects::linesWith({tellingStems[i].last()}, *known);
             isWhole = isWhole && !own.isEmpty();
             for (const QString &line : together)
                 own.removeAll(line);
@@ -495,15 +502,25 @@ std::optional<Answer> AnswerComposer::partsComparison(const Request &request) co
     return std::nullopt;
 }
 
+// What an answer is called: by the name that the question used, where that is another.
+QString AnswerComposer::titleFor(const StudyConcept &known, const QuestionReading &reading) const
+{
+    for (const QString &name : reading.names) {
+        if (m_aspects.isPart(name, known))
+            return u"%1 (%2)"_s.arg(capitalized(name), known.title);
+    }
+    return known.title;
+}
+
 NoteValues AnswerComposer::conceptValues(const StudyConcept &known,
                                          const QuestionReading &reading) const
 {
     NoteValues values = known.values;
-    values[u"título"_s] = {known.title};
+    values[u"título"_s] = {titleFor(known, reading)};
     values[u"clave principal"_s] = known.values.value(u"clave"_s).mid(0, 1);
     values[u"pregunta inicial"_s] = known.values.value(u"pregunta"_s).mid(0, 1);
     QStringList direct = m_aspects.linesFor(reading, known);
-    if (reading.asksToExplain || !reading.aspect.isEmpty() || !direct.isEmpty())
+    if (reading.asksToExplain || !reading.aspects.isEmpty() || !direct.isEmpty())
         values[u"paso a explicar"_s] = known.values.value(u"paso"_s);
     // What is said first is not said again.
     direct.removeAll(known.values.value(u"qué es"_s).value(0));
@@ -523,9 +540,9 @@ Answer AnswerComposer::conceptAnswer(const QString &form, const Request &request
     if (request.concepts.isEmpty())
         return subjectAnswer(request);
     // A question about several at once is about how they go together.
-    if (request.concepts.size() > 1 && request.reading.remainder.isEmpty()
-        && request.reading.aspect.isEmpty() && !request.reading.asksToExplain
-        && form == "concepto"_L1)
+    if (request.concepts.size() > 1 && request.reading.sides.size() > 1
+        && request.reading.remainder.isEmpty() && request.reading.aspects.isEmpty()
+        && !request.reading.asksToExplain && form == "concepto"_L1)
         return comparison(request);
     if (form == "corto"_L1) {
         Answer answer;
@@ -536,7 +553,32 @@ Answer AnswerComposer::conceptAnswer(const QString &form, const Request &request
     }
     const StudyConcept &known
         = request.reading.main ? *request.reading.main : *request.concepts.first();
+    if (form == "concepto"_L1) {
+        if (const auto answers = m_aspects.answersTo(request.reading, known); !answers.isEmpty())
+            return aspectAnswer(known, request.reading, answers);
+    }
     return {fillForm(m_notes.form(form), conceptValues(known, request.reading)), known.title};
+}
+
+// The sides of a concept that were asked for, before anything else about it.
+Answer AnswerComposer::aspectAnswer(const StudyConcept &known, const QuestionReading &reading,
+                                    const QList<AspectLines> &answers) const
+{
+    NoteValues values = known.values;
+    values[u"título"_s] = {titleFor(known, reading)};
+    QStringList lines = fillForm(m_notes.form(u"aspecto"_s), values);
+    // The sides come between the title and what is said to place them.
+    qsizetype place = 1;
+    for (const auto &[heading, facts] : answers) {
+        const QStringList side = fillForm(m_notes.form(u"aspecto-lado"_s),
+                                          {{u"aspecto"_s, {heading}}, {u"directo"_s, facts}});
+        for (const QString &line : side)
+            lines.insert(place++, line);
+    }
+    if (const QStringList others = m_aspects.others(known, answers); !others.isEmpty())
+        lines
+            += fillForm(m_notes.form(u"aspecto-otros"_s), {{u"aspecto"_s, {spanishList(others)}}});
+    return {lines, known.title};
 }
 
 Answer AnswerComposer::comparison(const Request &request) const
@@ -552,11 +594,13 @@ Answer AnswerComposer::comparison(const Request &request) const
         if (auto answer = partsComparison(request))
             return *answer;
         const StudyConcept &known = *compared.first();
-        if (request.reading.topic.isEmpty())
-            values[u"falta otro"_s] = {QString()};
-        else
+        // "Los tipos de músculo, ¿en qué se diferencian?"
+        const QStringList types = known.values.value(u"tipos"_s);
+        if (!request.reading.topic.isEmpty())
             values[u"falta"_s] = {request.reading.topic};
-        values[u"directo"_s] = m_aspects.linesFor(request.reading, known)
+        else if (types.isEmpty())
+            values[u"falta otro"_s] = {QString()};
+        values[u"directo"_s] = types + m_aspects.linesFor(request.reading, known)
             + known.values.value(u"qué es"_s)
             + QStringList{u"**Lo distingue:** "_s + known.values.value(u"distingue"_s).value(0)};
         values[u"directo"_s].removeDuplicates();

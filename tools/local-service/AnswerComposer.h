@@ -23,7 +23,7 @@ public:
 
     /// What the answer repeats of the question is one line, bounded, and holds no bold markers of
     /// its own. Its subject is what the notes call the concepts or the subject it is about, and
-    /// empty when it is about none. An emergency comes before anything else.
+    /// empty when it is about none.
     Answer answer(const ChatQuestion &question, const UserContext &context) const;
 
 private:
@@ -45,6 +45,8 @@ private:
     Answer mentionsAnswer(const Request &request, const QList<LineMatch> &lines) const;
     std::optional<Answer> partsComparison(const Request &request) const;
     Answer conceptAnswer(const QString &form, const Request &request) const;
+    Answer aspectAnswer(const StudyConcept &known, const QuestionReading &reading,
+                        const QList<AspectLines> &answers) const;
     Answer comparison(const Request &request) const;
     Answer practice(const Request &request) const;
     Answer clinicalCase(const Request &request) const;
@@ -55,6 +57,7 @@ private:
     QList<LineMatch> linesAbout(const QuestionReading &reading) const;
     std::optional<Concepts> conceptsFor(const QuestionReading &reading,
                                         const UserContext &context) const;
+    QString titleFor(const StudyConcept &known, const QuestionReading &reading) const;
     NoteValues conceptValues(const StudyConcept &known, const QuestionReading &reading) const;
     NoteValues serviceValues(const UserContext &context) const;
     QStringList otherTitles(const StudyConcept &known) const;

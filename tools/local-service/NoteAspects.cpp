@@ -11,6 +11,7 @@ using namespace Qt::StringLiterals;
 static constexpr qsizetype mostLines = 3;
 // The lines that a note has under an aspect's own key.
 static constexpr qsizetype mostOfAspect = 8;
+static constexpr qsizetype mostOthers = 4;
 // A practice question is an answer where it is nearly what is asked.
 static constexpr double sameQuestionShare = 0.7;
 // An error says what is wrong: nobody may take it for a fact.
@@ -20,18 +21,45 @@ static constexpr double enoughShare = 0.45;
 
 NoteAspects::NoteAspects(const StudyNotes &notes)
     : m_index(notes.index())
-    , m_signs(notes.phrases(u"aspectos"_s), u"busca"_s)
+    , m_aspects(notes.phrases(u"aspectos"_s))
+{ }
+
+const NoteSection *NoteAspects::section(const QString &aspect) const
 {
-    for (const NoteSection &section : notes.phrases(u"aspectos"_s))
-        m_aspects.insert(section.title, section.values);
+    const auto found
+        = std::find_if(m_aspects.begin(), m_aspects.end(),
+                       [&](const NoteSection &section) { return section.title == aspect; });
+    return found == m_aspects.end() ? nullptr : &*found;
+}
+
+// The lines of `known` under the keys that `section` names by `by`.
+static QStringList linesUnder(const NoteSection &section, const QString &by,
+                              const StudyConcept &known)
+{
+    QStringList lines;
+    for (const QString &key : section.values.value(by))
+        lines += known.values.value(key);
+    return lines;
+}
+
+static QStringList stemsOf(const QString &text)
+{
+    return ConceptIndex::topicStems(foldedWords(textWords(text)));
+}
+
+static bool holdsAll(const QStringList &said, const QStringList &stems)
+{
+    return std::all_of(stems.begin(), stems.end(),
+                       [&](const QString &stem) { return said.contains(stem); });
 }
 
 QString NoteAspects::heading(const QuestionReading &reading) const
 {
-    const NoteValues aspect = m_aspects.value(reading.aspect);
-    const bool isKnown
-        = aspect.contains(u"busca"_s) || aspect.value(u"clave"_s).contains(u"error"_s);
-    return isKnown ? reading.aspect : u"Lo que preguntás"_s;
+    for (const QString &aspect : reading.aspects) {
+        if (section(aspect)->values.contains(u"clave"_s))
+            return aspect;
+    }
+    return u"Lo que preguntás"_s;
 }
 
 QString NoteAspects::lineText(const NoteLine &line)
@@ -55,8 +83,28 @@ static bool mayAnswer(const LineMatch &match, const QuestionReading &reading)
     if (key == "pregunta"_L1)
         return match.share >= sameQuestionShare && match.wordCount > 1;
     if (key == "error"_L1)
-        return reading.aspect == "Errores frecuentes"_L1;
+        return reading.aspects.contains("Errores frecuentes"_L1);
     return key != "paso"_L1 && !isCase(key);
+}
+
+QStringList NoteAspects::linesWith(const QStringList &stems, const StudyConcept &known)
+{
+    static const QStringList keys{
+        u"qué es"_s,     u"distingue"_s, u"clave"_s,       u"función"_s,     u"partes"_s,
+        u"tipos"_s,      u"fases"_s,     u"ubicación"_s,   u"relaciones"_s,  u"irrigación"_s,
+        u"inervación"_s, u"cuándo"_s,    u"origen"_s,      u"derivados"_s,   u"herencia"_s,
+        u"causas"_s,     u"síntomas"_s,  u"diagnóstico"_s, u"tratamiento"_s, u"complicaciones"_s,
+        u"paso"_s,       u"clínica"_s,   u"error"_s,       u"pregunta"_s};
+    QStringList lines;
+    for (const QString &key : keys) {
+        const qsizetype count = known.values.value(key).size();
+        for (qsizetype i = 0; i < count; ++i) {
+            const QString line = lineText({&known, key, i});
+            if (holdsAll(stemsOf(line), stems))
+                lines += key == "error"_L1 ? errorLabel + line : capitalized(line);
+        }
+    }
+    return lines;
 }
 
 // `lines` without those that are steps, errors or practice questions of `known`.
@@ -75,39 +123,48 @@ static QStringList factsOf(QStringList lines, const StudyConcept &known)
     return lines;
 }
 
-QStringList NoteAspects::linesWith(const QStringList &stems, const StudyConcept &known)
+bool NoteAspects::isPart(const QString &name, const StudyConcept &known) const
 {
-    QStringList lines;
-    for (const QString &key : {u"qué es"_s, u"distingue"_s, u"clave"_s, u"paso"_s, u"clínica"_s,
-                               u"error"_s, u"pregunta"_s}) {
-        const qsizetype count = known.values.value(key).size();
-        for (qsizetype i = 0; i < count; ++i) {
-            const QString line = lineText({&known, key, i});
-            const QStringList said = ConceptIndex::topicStems(foldedWords(textWords(line)));
-            const bool holdsAll = std::all_of(stems.begin(), stems.end(), [&](const QString &stem) {
-                return said.contains(stem);
-            });
-            if (holdsAll)
-                lines += key == "error"_L1 ? errorLabel + line : capitalized(line);
-        }
-    }
-    return lines;
+    if (known.commonNames.contains(name)
+        || m_index.mentions(m_index.words(name)).value(0).known != &known)
+        return false;
+    const QStringList stems = stemsOf(name);
+    // What the definition speaks of is the whole, by another name.
+    if (holdsAll(stemsOf(known.values.value(u"qué es"_s).value(0)), stems))
+        return false;
+    // "Epitelio" is no part of "tejido epitelial".
+    const QStringList own = stemsOf(known.title);
+    return std::none_of(stems.begin(), stems.end(), [&](const QString &stem) {
+        return std::any_of(own.begin(), own.end(),
+                           [&](const QString &word) { return word.startsWith(stem.left(5)); });
+    });
 }
 
-QStringList NoteAspects::linesFor(const QuestionReading &reading, const StudyConcept &known) const
+// The names in `reading` that narrow a question down to a part of `known`: "sintomas de la
+// hemofilia" where the note is of the way it is inherited.
+QStringList NoteAspects::partsIn(const QuestionReading &reading, const StudyConcept &known) const
 {
-    QStringList lines;
-    const auto add = [&](const QStringList &more, qsizetype most = mostLines) {
-        for (const QString &line : more) {
-            const QString sentence = capitalized(line);
-            if (lines.size() < most && !line.isEmpty() && !lines.contains(sentence))
-                lines += sentence;
-        }
-    };
+    QStringList parts = reading.names;
+    parts.removeIf([&](const QString &name) { return !isPart(name, known); });
+    return parts;
+}
 
-    const NoteValues aspect = m_aspects.value(reading.aspect);
-    // What the question says besides the names.
-    QList<LineMatch> matches = m_index.linesAbout(reading.remainder, &known);
+// The facts of `known` that hold what `reading` says besides its title, the best first.
+QStringList NoteAspects::matchingLines(const QuestionReading &reading,
+                                       const StudyConcept &known) const
+{
+    QStringList words = reading.remainder;
+    if (words.isEmpty())
+        return {};
+    for (const QString &name : partsIn(reading, known))
+        words += foldedWords(textWords(name));
+    QList<LineMatch> matches = m_index.linesAbout(words, &known);
+    const QStringList asked = ConceptIndex::topicStems(reading.remainder);
+    matches.removeIf([&](const LineMatch &match) {
+        const QStringList said = stemsOf(lineText(match.line));
+        return std::none_of(asked.begin(), asked.end(),
+                            [&](const QString &stem) { return said.contains(stem); });
+    });
     // Of lines that hold as much of it, a question with its answer says it best.
     std::stable_sort(matches.begin(), matches.end(), [](const LineMatch &a, const LineMatch &b) {
         const auto rank = [](const LineMatch &match) {
@@ -115,52 +172,135 @@ QStringList NoteAspects::linesFor(const QuestionReading &reading, const StudyCon
         };
         return rank(a) > rank(b);
     });
+    QStringList lines;
     for (const LineMatch &match : std::as_const(matches)) {
-        if (match.share >= enoughShare && mayAnswer(match, reading))
-            add({lineText(match.line)});
+        if (match.share >= enoughShare && mayAnswer(match, reading) && lines.size() < mostLines)
+            lines += capitalized(lineText(match.line));
     }
-    for (const QString &key : aspect.value(u"clave"_s)) {
-        if (key != "paso"_L1)
-            add(known.values.value(key), mostOfAspect);
-    }
-    // A name may stand for a part of the concept: the lines that say so.
-    for (const QString &name : reading.names) {
-        const QStringList stems = ConceptIndex::topicStems(foldedWords(textWords(name)));
-        const QStringList own = ConceptIndex::topicStems(foldedWords(textWords(known.title)));
-        // "epitelio" is no part of "tejido epitelial".
-        const bool isPart = std::none_of(stems.begin(), stems.end(), [&](const QString &stem) {
-            return std::any_of(own.begin(), own.end(),
-                               [&](const QString &word) { return word.startsWith(stem.left(5)); });
-        });
-        if (isPart && m_index.mentions(m_index.words(name)).value(0).known == &known)
-            add(factsOf(linesWith(stems, known), known).mid(0, 2));
-    }
-    if (aspect.isEmpty())
-        return lines;
+    lines.removeDuplicates();
+    return lines;
+}
 
-    // A line that speaks of the aspect in its own words.
-    for (const QString &key : {u"clínica"_s, u"clave"_s}) {
-        const QStringList values = known.values.value(key);
-        for (qsizetype i = 0; i < values.size(); ++i) {
-            const NoteLine line{&known, key, i};
-            const QStringList words = foldedWords(textWords(lineText(line)));
-            if (m_signs.holds(reading.aspect, words))
-                add({lineText(line)});
+// `lines` with those first that hold any of `stems`, the most of them before the others.
+static QStringList sortedBy(const QStringList &stems, QStringList lines)
+{
+    const auto count = [&](const QString &line) {
+        const QStringList said = stemsOf(line);
+        return std::count_if(stems.begin(), stems.end(),
+                             [&](const QString &stem) { return said.contains(stem); });
+    };
+    std::stable_sort(lines.begin(), lines.end(),
+                     [&](const QString &a, const QString &b) { return count(a) > count(b); });
+    return lines;
+}
+
+// Those of `lines` that speak of any of `parts`.
+static QStringList linesOfParts(const QStringList &parts, QStringList lines)
+{
+    lines.removeIf([&](const QString &line) {
+        const QStringList said = stemsOf(line);
+        return std::none_of(parts.begin(), parts.end(),
+                            [&](const QString &part) { return holdsAll(said, stemsOf(part)); });
+    });
+    return lines;
+}
+
+// The lines of a note on one side, those first that share the most words with the question; only
+// those on the part that it names where there are any.
+QStringList NoteAspects::linesOn(const QString &aspect, const QuestionReading &reading,
+                                 const StudyConcept &known) const
+{
+    QStringList asked = ConceptIndex::topicStems(reading.words);
+    for (const QString &stem : stemsOf(known.title))
+        asked.removeAll(stem);
+    const QStringList all = sortedBy(asked, linesUnder(*section(aspect), u"clave"_s, known));
+    const QStringList some = linesOfParts(partsIn(reading, known), all);
+    return (some.isEmpty() ? all : some).mid(0, mostOfAspect);
+}
+
+// What the note says of the parts that `reading` names, the lines first that begin with one.
+QStringList NoteAspects::linesOnParts(const QuestionReading &reading,
+                                      const StudyConcept &known) const
+{
+    QStringList lines;
+    for (const QString &name : partsIn(reading, known)) {
+        const QStringList stems = stemsOf(name);
+        const auto place
+            = [&](const QString &line) { return stemsOf(line).indexOf(stems.first()); };
+        QStringList own = factsOf(linesWith(stems, known), known);
+        std::stable_sort(own.begin(), own.end(),
+                         [&](const QString &a, const QString &b) { return place(a) < place(b); });
+        lines += own.mid(0, mostLines);
+    }
+    lines.removeDuplicates();
+    return lines;
+}
+
+QList<AspectLines> NoteAspects::answersTo(const QuestionReading &reading,
+                                          const StudyConcept &known) const
+{
+    QList<AspectLines> answers;
+    QStringList told;
+    for (const QString &aspect : reading.aspects) {
+        QStringList lines = linesOn(aspect, reading, known);
+        lines.removeIf([&](const QString &line) { return told.contains(line); });
+        if (lines.isEmpty())
+            continue;
+        told += lines;
+        answers += AspectLines{aspect, lines};
+    }
+    if (answers.isEmpty())
+        return {};
+    // Another line may say just what is asked.
+    const QStringList asked = ConceptIndex::topicStems(reading.remainder);
+    const bool isTold = std::any_of(told.begin(), told.end(), [&](const QString &line) {
+        const QStringList said = stemsOf(line);
+        return std::any_of(asked.begin(), asked.end(),
+                           [&](const QString &stem) { return said.contains(stem); });
+    });
+    QStringList direct;
+    if (linesOfParts(partsIn(reading, known), told).isEmpty())
+        direct = linesOnParts(reading, known);
+    if (!isTold)
+        direct += matchingLines(reading, known);
+    direct.removeDuplicates();
+    if (!direct.isEmpty())
+        answers.prepend(AspectLines{u"Lo que preguntás"_s, direct.mid(0, mostLines)});
+    return answers;
+}
+
+QStringList NoteAspects::others(const StudyConcept &known, const QList<AspectLines> &told) const
+{
+    QStringList names;
+    for (const NoteSection &section : m_aspects) {
+        const bool isTold = std::any_of(told.begin(), told.end(), [&](const AspectLines &lines) {
+            return lines.heading == section.title;
+        });
+        const QStringList keys = section.values.value(u"clave"_s);
+        const bool isOwn = !keys.contains(u"clave"_s) && !keys.contains(u"error"_s);
+        if (!isTold && isOwn && names.size() < mostOthers
+            && !linesUnder(section, u"clave"_s, known).isEmpty())
+            names += section.title.toLower();
+    }
+    return names;
+}
+
+QStringList NoteAspects::linesFor(const QuestionReading &reading, const StudyConcept &known) const
+{
+    QStringList lines = matchingLines(reading, known);
+    const auto add = [&](const QStringList &more, qsizetype most) {
+        for (const QString &line : more) {
+            const QString sentence = capitalized(line);
+            if (lines.size() < most && !lines.contains(sentence))
+                lines += sentence;
         }
-    }
-    // The case of the note shows what it looks like and what is done about it.
-    const QString example = u"**En un caso:** "_s + known.values.value(u"caso"_s).value(0);
-    if (reading.aspect == u"Síntomas y signos"_s)
-        add({example}, mostLines + 1);
-    if (reading.aspect == "Tratamiento"_L1 || reading.aspect == u"Diagnóstico"_s) {
-        const QString resolution = known.values.value(u"resolución"_s).value(0);
-        add({example + u" **Se resolvió así:** "_s + resolution}, mostLines + 1);
-    }
+    };
+    for (const QString &aspect : reading.aspects)
+        add(linesOn(aspect, reading, known), mostOfAspect);
+    add(linesOnParts(reading, known), mostLines);
     if (lines.isEmpty()) {
-        for (const QString &keys : aspect.value(u"si falta"_s)) {
-            for (const QString &key : keys.split(u", "_s))
-                add(known.values.value(key), mostOfAspect);
-        }
+        for (const QString &aspect : reading.aspects)
+            add(linesUnder(*section(aspect), u"si falta"_s, known), mostOfAspect);
     }
     return lines;
 }

@@ -4,10 +4,17 @@
 #include "QuestionReading.h"
 #include "StudyConcept.h"
 
-#include <QHash>
+#include <QList>
 #include <QStringList>
 
 class StudyNotes;
+
+/// What a note says of one side of its concept.
+struct AspectLines
+{
+    QString heading;
+    QStringList lines;
+};
 
 /// Finds the lines of a concept's note that answer a question about one side of it: its causes, its
 /// signs, what it is for. Made of notes/frases/aspectos.md.
@@ -16,6 +23,10 @@ class NoteAspects
 public:
     /// `notes` is borrowed and outlives this object.
     explicit NoteAspects(const StudyNotes &notes);
+
+    /// What `known` says of each side that `reading` asks for, in the order asked, the lines that
+    /// share its other words first. Only sides that the note has lines of its own for.
+    QList<AspectLines> answersTo(const QuestionReading &reading, const StudyConcept &known) const;
 
     /// The facts of `known` that answer `reading` best, the best first; none where the question is
     /// about the whole of it. No steps, which are told whole and in their order, and no
@@ -26,6 +37,12 @@ public:
     /// words of the question.
     QString heading(const QuestionReading &reading) const;
 
+    /// The sides that `known` has lines for, those in `told` excepted, as a sentence names them.
+    QStringList others(const StudyConcept &known, const QList<AspectLines> &told) const;
+
+    /// Whether `name` stands for a part of `known` rather than for the whole of it.
+    bool isPart(const QString &name, const StudyConcept &known) const;
+
     /// A line as an answer: a practice question is given with its own.
     static QString lineText(const NoteLine &line);
 
@@ -33,7 +50,13 @@ public:
     static QStringList linesWith(const QStringList &stems, const StudyConcept &known);
 
 private:
+    QStringList partsIn(const QuestionReading &reading, const StudyConcept &known) const;
+    QStringList matchingLines(const QuestionReading &reading, const StudyConcept &known) const;
+    QStringList linesOn(const QString &aspect, const QuestionReading &reading,
+                        const StudyConcept &known) const;
+    QStringList linesOnParts(const QuestionReading &reading, const StudyConcept &known) const;
+    const NoteSection *section(const QString &aspect) const;
+
     const ConceptIndex &m_index;
-    QHash<QString, NoteValues> m_aspects;
-    PhraseBook m_signs;
+    const QList<NoteSection> m_aspects;
 };

@@ -131,6 +131,12 @@ static bool isSideEnd(const QString &message, const TextWord &before, const Text
     return gap.contains(u',') || gap.contains(u';') || gap.contains(u'/') || gap.contains(u':');
 }
 
+static bool isNumber(const QString &folded)
+{
+    return !folded.isEmpty()
+        && std::all_of(folded.begin(), folded.end(), [](QChar c) { return c.isDigit(); });
+}
+
 // What stands side by side in `message`, of the words at `topicPlaces`.
 static QStringList sidesOf(const QString &message, const QList<TextWord> &words,
                            const QSet<qsizetype> &topicPlaces)
@@ -213,6 +219,8 @@ QuestionReading QuestionReader::read(const QString &message) const
             reading.concepts += mention.known;
     }
     reading.main = mainConcept(mentions);
+    reading.hasOnlyCommonNames = std::all_of(
+        mentions.begin(), mentions.end(), [](const auto &mention) { return mention.length == 0; });
 
     // What asks is told from what is asked about: "síntesis de proteínas" asks for no summary.
     QStringList asking = reading.words;
@@ -232,9 +240,12 @@ QuestionReading QuestionReader::read(const QString &message) const
         return match.section == "explicar"_L1 || match.section == "simple"_L1;
     });
 
-    const QList<PhraseMatch> aspects = m_aspects.matches(asking);
-    if (!aspects.isEmpty())
-        reading.aspect = aspects.first().section;
+    QList<PhraseMatch> aspects = m_aspects.matches(asking);
+    std::stable_sort(
+        aspects.begin(), aspects.end(),
+        [](const PhraseMatch &a, const PhraseMatch &b) { return a.firstWord < b.firstWord; });
+    for (const PhraseMatch &match : std::as_const(aspects))
+        reading.aspects += match.section;
 
     const QStringList subjectWords = foldedWords(textWords(reading.subject));
     for (qsizetype i = 0; i < asking.size(); ++i) {
@@ -264,13 +275,18 @@ QuestionReading QuestionReader::read(const QString &message) const
     // "Tipo 1 y tipo 2": what a name repeats belongs to the sides, and so does its number.
     const QStringList named = foldedWords(textWords(reading.names.value(0)));
     for (qsizetype i = 0; i + 1 < words.size(); ++i) {
-        const QString &next = words[i + 1].folded;
-        const bool isNumber
-            = std::all_of(next.begin(), next.end(), [](QChar c) { return c.isDigit(); });
-        if (isNumber && named.contains(words[i].folded))
+        if (!isNumber(words[i + 1].folded))
+            continue;
+        if (named.contains(words[i].folded))
             topicPlaces += QSet<qsizetype>{i, i + 1};
+        // "Diabetes 1 y 2".
+        else if (isBetweenSides(words[i].folded) && isNumber(named.value(named.size() - 1)))
+            topicPlaces += i + 1;
     }
     reading.sides = sidesOf(message, words, topicPlaces);
+    // "Diferencias ectodermo endodermo".
+    if (reading.sides.isEmpty() && reading.names.size() > 1)
+        reading.sides = reading.names;
     if (reading.kind == QuestionKind::Comparison && reading.concepts.size() == 1) {
         reading.sides = wholeSides(reading.sides, reading.names.first(), m_index);
         for (const QString &side : std::as_const(reading.sides)) {

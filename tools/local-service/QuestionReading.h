@@ -48,11 +48,13 @@ struct QuestionReading
     const StudyConcept *main = nullptr;
     /// The names it used for them, as the notes write them.
     QStringList names;
+    /// Whether these are too common to tell by themselves what it is about.
+    bool hasOnlyCommonNames = false;
     /// The one of the six subjects that it names; empty when none.
     QString subject;
-    /// The side of a concept that it asks for, a section of notes/frases/aspectos.md; empty when
-    /// none.
-    QString aspect;
+    /// The sides of a concept that it asks for, sections of notes/frases/aspectos.md, in the order
+    /// in which it names them.
+    QStringList aspects;
     /// Whether it asks for more than to be told what something is.
     bool asksToExplain = false;
     /// "5" in "haceme 5 preguntas" and 3 in "el punto 3", -1 for the last one; 0 when none is said.
