@@ -276,6 +276,9 @@ private Q_SLOTS:
         row("funcion de las plaquetas", {u"Función"_s}, "- **Plaquetas:**");
         // Words of the question that the side's lines do not hold.
         row("cuales son las valvulas del corazon", {u"Partes"_s}, "- **Cuatro válvulas:**");
+        row("huesos del craneo, cuales son", {u"Partes"_s}, "- **Neurocráneo");
+        // Without a note of its own, but named where another note tells it.
+        row("que nervio inerva el deltoides", {u"Inervación"_s}, "- **Musculocutáneo:**");
     }
     void answersTheSideThatIsAskedForFirst()
     {
@@ -307,6 +310,16 @@ private Q_SLOTS:
             = m_composer.answer({u"sintomas de la hemofilia"_s, {}, {}}, {}).lines.join(u'\n');
         QVERIFY(text.startsWith(u"# Hemofilia (Herencia ligada al X)"_s));
         QVERIFY(!text.contains(u"Duchenne:"_s));
+    }
+
+    void neverHelpsWithAnError()
+    {
+        Conversation conversation(m_composer);
+        conversation.ask(u"explicame el ciclo celular"_s);
+        const QString text = conversation.ask(u"no entendí el punto 3"_s).join(u'\n');
+        const StudyConcept &known = *m_notes.conceptIn(u"ciclo celular"_s);
+        QVERIFY(text.contains(known.values[u"paso"_s][2]));
+        QVERIFY2(!text.contains(known.values[u"error"_s].first()), qUtf8Printable(text));
     }
 
     void doesNotTakeACommonNameForTheSubject()

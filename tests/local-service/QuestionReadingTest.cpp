@@ -72,6 +72,7 @@ private Q_SLOTS:
         QCOMPARE(m_reader.read(u"haceme una pregunta de anemia"_s).number, 1);
         QCOMPARE(m_reader.read(u"haceme preguntas de anemia"_s).number, 0);
         QCOMPARE(m_reader.read(u"no entendí el punto 3"_s).number, 3);
+        QCOMPARE(m_reader.read(u"tomame mitosis, 3 preguntas"_s).number, 3);
         QCOMPARE(m_reader.read(u"no entendí el último punto"_s).number, -1);
         QCOMPARE(m_reader.read(u"no entendí el tercer paso"_s).number, 3);
     }
@@ -94,6 +95,7 @@ private Q_SLOTS:
         const QuestionReading reading = m_reader.read(u"músculos del hombro"_s);
         QVERIFY(!reading.hasOnlyCommonNames);
         QCOMPARE(reading.main->title, u"Manguito rotador"_s);
+        QCOMPARE(reading.aspects, QStringList{u"Partes"_s});
     }
 
     void setsNamesSideBySide()

@@ -285,6 +285,10 @@ AnswerComposer::conceptsFor(const QuestionReading &reading, const UserContext &c
         }
     }
     const auto lines = linesAbout(reading);
+    for (const LineMatch &match : lines) {
+        if (match.share >= answeringShare && m_aspects.tellsOfOthers(match.line.key, reading))
+            return Concepts{match.line.known};
+    }
     // What is asked for by its name alone has no note of its own.
     const bool isName = reading.aspects.isEmpty() && !reading.asksToExplain
         && reading.kind == QuestionKind::Concept && reading.remainder.size() <= 2;
@@ -566,6 +570,14 @@ Answer AnswerComposer::aspectAnswer(const StudyConcept &known, const QuestionRea
 {
     NoteValues values = known.values;
     values[u"título"_s] = {titleFor(known, reading)};
+    // What is said first is not said again.
+    for (const QString &key : {u"qué es"_s, u"distingue"_s, u"clínica"_s}) {
+        values[key].removeIf([&](const QString &line) {
+            return std::any_of(answers.begin(), answers.end(), [&](const AspectLines &told) {
+                return told.lines.contains(capitalized(line));
+            });
+        });
+    }
     QStringList lines = fillForm(m_notes.form(u"aspecto"_s), values);
     // The sides come between the title and what is said to place them.
     qsizetype place = 1;

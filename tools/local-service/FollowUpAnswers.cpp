@@ -128,8 +128,8 @@ Answer FollowUpAnswers::point(const QuestionReading &reading, const UserContext 
     if (known) {
         for (const LineMatch &match : index.linesAbout(foldedWords(words), known)) {
             const QString line = known->values.value(match.line.key).value(match.line.index);
-            const bool isOther = match.line.key == "clave"_L1 || match.line.key == "error"_L1
-                || match.line.key == u"clínica"_s;
+            // What an error says is wrong.
+            const bool isOther = match.line.key == "clave"_L1 || match.line.key == u"clínica"_s;
             if (isOther && !texts.contains(line) && !help.contains(line) && help.size() < mostHelp)
                 help += line;
         }

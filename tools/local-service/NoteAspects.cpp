@@ -225,8 +225,10 @@ QStringList NoteAspects::linesOnParts(const QuestionReading &reading,
     QStringList lines;
     for (const QString &name : partsIn(reading, known)) {
         const QStringList stems = stemsOf(name);
-        const auto place
-            = [&](const QString &line) { return stemsOf(line).indexOf(stems.first()); };
+        // "**Deleción:** …" is about it, more than a line that begins with it by chance.
+        const auto place = [&](const QString &line) {
+            return 2 * stemsOf(line).indexOf(stems.first()) + (line.startsWith("**"_L1) ? 0 : 1);
+        };
         QStringList own = factsOf(linesWith(stems, known), known);
         std::stable_sort(own.begin(), own.end(),
                          [&](const QString &a, const QString &b) { return place(a) < place(b); });
@@ -258,15 +260,18 @@ QList<AspectLines> NoteAspects::answersTo(const QuestionReading &reading,
         return std::any_of(asked.begin(), asked.end(),
                            [&](const QString &stem) { return said.contains(stem); });
     });
-    QStringList direct;
-    if (linesOfParts(partsIn(reading, known), told).isEmpty())
-        direct = linesOnParts(reading, known);
-    if (!isTold)
-        direct += matchingLines(reading, known);
-    direct.removeDuplicates();
+    const QStringList direct = isTold ? QStringList() : matchingLines(reading, known);
     if (!direct.isEmpty())
-        answers.prepend(AspectLines{u"Lo que preguntás"_s, direct.mid(0, mostLines)});
+        answers.prepend(AspectLines{u"Lo que preguntás"_s, direct});
     return answers;
+}
+
+bool NoteAspects::tellsOfOthers(const QString &key, const QuestionReading &reading) const
+{
+    return std::any_of(reading.aspects.begin(), reading.aspects.end(), [&](const QString &aspect) {
+        const NoteValues &values = section(aspect)->values;
+        return values.contains(u"de otros"_s) && values.value(u"clave"_s).contains(key);
+    });
 }
 
 QStringList NoteAspects::others(const StudyConcept &known, const QList<AspectLines> &told) const

@@ -40,6 +40,10 @@ public:
     /// The sides that `known` has lines for, those in `told` excepted, as a sentence names them.
     QStringList others(const StudyConcept &known, const QList<AspectLines> &told) const;
 
+    /// Whether a line under `key` answers `reading` for whatever it names, though the note is of
+    /// something else: which nerve goes to a muscle is in the note of the nerve.
+    bool tellsOfOthers(const QString &key, const QuestionReading &reading) const;
+
     /// Whether `name` stands for a part of `known` rather than for the whole of it.
     bool isPart(const QString &name, const StudyConcept &known) const;
 

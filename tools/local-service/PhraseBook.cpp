@@ -1,7 +1,5 @@
 #include "PhraseBook.h"
 
-#include "SpanishWords.h"
-
 #include <algorithm>
 #include <utility>
 
@@ -91,8 +89,8 @@ PhraseBook::PhraseBook(const QList<NoteSection> &sections, const QString &key)
     QStringList sorted = m_words.values();
     sorted.sort();
     for (const QString &word : std::as_const(sorted)) {
-        if (const QString sound = wordSound(word); !sound.isEmpty())
-            m_wordsBySound[sound.front()] += word;
+        if (const HeardWord heard(word); !heard.sound.isEmpty())
+            m_wordsBySound[heard.sound.front()] += heard;
     }
 }
 
@@ -103,14 +101,16 @@ QStringList PhraseBook::corrected(QStringList words,
         if (isPhraseWord(word) || isWord(word))
             continue;
         // Words of another first sound are no slips of each other.
-        const QString sound = wordSound(word);
-        const QStringList candidates
-            = sound.isEmpty() ? QStringList() : m_wordsBySound.value(sound.front());
+        const HeardWord said(word);
+        const auto candidates
+            = m_wordsBySound.constFind(said.sound.isEmpty() ? QChar() : said.sound.front());
+        if (candidates == m_wordsBySound.constEnd())
+            continue;
         const auto meant
-            = std::find_if(candidates.begin(), candidates.end(),
-                           [&](const QString &candidate) { return isSlipOf(word, candidate); });
-        if (meant != candidates.end())
-            word = *meant;
+            = std::find_if(candidates->begin(), candidates->end(),
+                           [&](const HeardWord &candidate) { return isSlipOf(said, candidate); });
+        if (meant != candidates->end())
+            word = meant->word;
     }
     return words;
 }

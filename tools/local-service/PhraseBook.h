@@ -1,6 +1,7 @@
 #pragma once
 
 #include "NoteSection.h"
+#include "SpanishWords.h"
 
 #include <QHash>
 #include <QList>
@@ -63,7 +64,7 @@ private:
     QSet<QString> m_words;
     // The same by the first letter of their sound, in order, so that a slip is always taken for the
     // same word.
-    QHash<QChar, QStringList> m_wordsBySound;
+    QHash<QChar, QList<HeardWord>> m_wordsBySound;
     // What words that are given by their beginning begin with.
     QStringList m_beginnings;
 };

@@ -102,6 +102,11 @@ static int numberIn(const QStringList &words, const QList<PhraseMatch> &matches)
                 return number;
         }
     }
+    // "Tomame mitosis, 3 preguntas".
+    for (qsizetype i = 0; i + 1 < words.size(); ++i) {
+        if (words[i + 1] == "preguntas"_L1)
+            return spokenNumber(words[i]);
+    }
     return 0;
 }
 
@@ -224,8 +229,12 @@ QuestionReading QuestionReader::read(const QString &message) const
 
     // What asks is told from what is asked about: "síntesis de proteínas" asks for no summary.
     QStringList asking = reading.words;
-    for (const qsizetype place : std::as_const(used))
-        asking[place] = u"_"_s;
+    for (const ConceptMention &mention : mentions) {
+        // "Huesos del cráneo" asks for bones.
+        const bool isAsked = mention.length == 0 && !reading.hasOnlyCommonNames;
+        for (qsizetype i = 0; i < mention.wordCount && !isAsked; ++i)
+            asking[mention.firstWord + i] = u"_"_s;
+    }
     asking = m_requests.corrected(asking, [this](const QString &word) {
         return m_aspects.isPhraseWord(word) || m_index.isKnownWord(word);
     });
@@ -285,7 +294,8 @@ QuestionReading QuestionReader::read(const QString &message) const
     }
     reading.sides = sidesOf(message, words, topicPlaces);
     // "Diferencias ectodermo endodermo".
-    if (reading.sides.isEmpty() && reading.names.size() > 1)
+    if (reading.kind == QuestionKind::Comparison && reading.sides.isEmpty()
+        && reading.names.size() > 1)
         reading.sides = reading.names;
     if (reading.kind == QuestionKind::Comparison && reading.concepts.size() == 1) {
         reading.sides = wholeSides(reading.sides, reading.names.first(), m_index);

@@ -128,24 +128,34 @@ bool isLikelyTypo(const QString &a, const QString &b)
     return editDistance(soundOfA, soundOfB) <= most;
 }
 
-bool isSlipOf(const QString &said, const QString &meant)
+// Whether one word is the other with a letter more, or with two neighbours swapped.
+static bool isOneSlipAway(const QString &said, const QString &meant)
 {
-    if (meant.size() < shortestSlipped || std::abs(said.size() - meant.size()) > 1)
+    const auto [saidEnd, meantEnd]
+        = std::mismatch(said.begin(), said.end(), meant.begin(), meant.end());
+    const QStringView saidRest(saidEnd, said.end());
+    const QStringView meantRest(meantEnd, meant.end());
+    if (saidRest.size() < meantRest.size())
+        return saidRest == meantRest.sliced(1);
+    if (saidRest.size() > meantRest.size())
+        return saidRest.sliced(1) == meantRest;
+    return saidRest.size() >= 2 && saidRest[0] == meantRest[1] && saidRest[1] == meantRest[0]
+        && saidRest.sliced(2) == meantRest.sliced(2);
+}
+
+HeardWord::HeardWord(const QString &folded)
+    : word(folded)
+    , sound(wordSound(folded))
+{ }
+
+bool isSlipOf(const HeardWord &said, const HeardWord &meant)
+{
+    if (meant.word.size() < shortestSlipped || std::abs(said.word.size() - meant.word.size()) > 1
+        || said.sound.isEmpty() || meant.sound.isEmpty()
+        || said.sound.front() != meant.sound.front())
         return false;
-    const QString sound = wordSound(said);
-    const QString meantSound = wordSound(meant);
-    if (sound.isEmpty() || meantSound.isEmpty() || sound.front() != meantSound.front())
-        return false;
-    if (sound == meantSound)
-        return true;
     // Another letter in place of one makes another word too often: "hecho" is no "pecho".
-    if (said.size() != meant.size())
-        return editDistance(said, meant) == 1;
-    QString sorted = said;
-    QString meantSorted = meant;
-    std::sort(sorted.begin(), sorted.end());
-    std::sort(meantSorted.begin(), meantSorted.end());
-    return sorted == meantSorted && editDistance(said, meant) == 1;
+    return said.sound == meant.sound || isOneSlipAway(said.word, meant.word);
 }
 
 // The words of a list written as one text.

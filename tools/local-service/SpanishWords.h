@@ -15,9 +15,19 @@ QString wordSound(const QString &stem);
 /// their beginning or end (hiper and hipo, itis and osis) are never each other.
 bool isLikelyTypo(const QString &a, const QString &b);
 
+/// A folded word and its sound, so that who compares one with many makes each sound once.
+struct HeardWord
+{
+    // Not explicit: it is the word.
+    HeardWord(const QString &folded); // NOLINT(google-explicit-constructor)
+
+    QString word;
+    QString sound;
+};
+
 /// Whether the folded word `said` sounds like `meant` or lacks, repeats or swaps one of its
 /// letters: what a hurried hand does to a word of five letters or more.
-bool isSlipOf(const QString &said, const QString &meant);
+bool isSlipOf(const HeardWord &said, const HeardWord &meant);
 
 /// Whether a folded word carries no topic: articles, prepositions, pronouns, the verbs and nouns of
 /// asking.
