@@ -226,7 +226,6 @@ private Q_SLOTS:
             QTest::newRow(message) << QString::fromUtf8(message) << title;
         };
         row("por q la cirrosis lleva a la encefalopatia", u"Cirrosis"_s);
-        row("como funciona la nefrona", u"Nefrona"_s);
         row("explicame la fecundacion", u"Fecundación"_s);
     }
     void tellsWholeNotesInTheirOrder()
@@ -271,6 +270,8 @@ private Q_SLOTS:
         row("irrigacion del estomago", {u"Irrigación"_s}, "- Curvatura");
         row("tratamiento y causas de la anemia", {u"Tratamiento"_s, u"Causas"_s},
             "- **De la causa:**");
+        row("como se forma el tubo neural y en q semana se cierra", {u"Cómo ocurre"_s, u"Cuándo"_s},
+            "1. La notocorda");
         // A part of what the note is about.
         row("sintomas de la hemofilia", {u"Síntomas y signos"_s}, "- **Hemofilia:**");
         row("funcion de las plaquetas", {u"Función"_s}, "- **Plaquetas:**");

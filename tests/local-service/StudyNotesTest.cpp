@@ -77,6 +77,7 @@ static const QSet<QString> sideKeys{
 static const QStringList forms{u"aspecto"_s,
                                u"aspecto-lado"_s,
                                u"aspecto-otros"_s,
+                               u"aspecto-pasos"_s,
                                u"ayuda"_s,
                                u"caso"_s,
                                u"comparar"_s,

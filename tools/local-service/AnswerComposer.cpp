@@ -581,10 +581,10 @@ Answer AnswerComposer::aspectAnswer(const StudyConcept &known, const QuestionRea
     QStringList lines = fillForm(m_notes.form(u"aspecto"_s), values);
     // The sides come between the title and what is said to place them.
     qsizetype place = 1;
-    for (const auto &[heading, facts] : answers) {
-        const QStringList side = fillForm(m_notes.form(u"aspecto-lado"_s),
-                                          {{u"aspecto"_s, {heading}}, {u"directo"_s, facts}});
-        for (const QString &line : side)
+    for (const auto &[heading, facts, isSequence] : answers) {
+        const QString side = isSequence ? u"aspecto-pasos"_s : u"aspecto-lado"_s;
+        const NoteValues told{{u"aspecto"_s, {heading}}, {u"directo"_s, facts}};
+        for (const QString &line : fillForm(m_notes.form(side), told))
             lines.insert(place++, line);
     }
     if (const QStringList others = m_aspects.others(known, answers); !others.isEmpty())

@@ -32,6 +32,11 @@ const NoteSection *NoteAspects::section(const QString &aspect) const
     return found == m_aspects.end() ? nullptr : &*found;
 }
 
+static bool isSequence(const NoteSection &section)
+{
+    return section.values.value(u"clave"_s).contains("paso"_L1);
+}
+
 // The lines of `known` under the keys that `section` names by `by`.
 static QStringList linesUnder(const NoteSection &section, const QString &by,
                               const StudyConcept &known)
@@ -56,7 +61,7 @@ static bool holdsAll(const QStringList &said, const QStringList &stems)
 QString NoteAspects::heading(const QuestionReading &reading) const
 {
     for (const QString &aspect : reading.aspects) {
-        if (section(aspect)->values.contains(u"clave"_s))
+        if (section(aspect)->values.contains(u"clave"_s) && !isSequence(*section(aspect)))
             return aspect;
     }
     return u"Lo que preguntás"_s;
@@ -210,6 +215,8 @@ static QStringList linesOfParts(const QStringList &parts, QStringList lines)
 QStringList NoteAspects::linesOn(const QString &aspect, const QuestionReading &reading,
                                  const StudyConcept &known) const
 {
+    if (isSequence(*section(aspect)))
+        return linesUnder(*section(aspect), u"clave"_s, known);
     QStringList asked = ConceptIndex::topicStems(reading.words);
     for (const QString &stem : stemsOf(known.title))
         asked.removeAll(stem);
@@ -249,7 +256,7 @@ QList<AspectLines> NoteAspects::answersTo(const QuestionReading &reading,
         if (lines.isEmpty())
             continue;
         told += lines;
-        answers += AspectLines{aspect, lines};
+        answers += AspectLines{aspect, lines, isSequence(*section(aspect))};
     }
     if (answers.isEmpty())
         return {};
@@ -282,7 +289,8 @@ QStringList NoteAspects::others(const StudyConcept &known, const QList<AspectLin
             return lines.heading == section.title;
         });
         const QStringList keys = section.values.value(u"clave"_s);
-        const bool isOwn = !keys.contains(u"clave"_s) && !keys.contains(u"error"_s);
+        const bool isOwn
+            = !keys.contains(u"clave"_s) && !keys.contains(u"error"_s) && !isSequence(section);
         if (!isTold && isOwn && names.size() < mostOthers
             && !linesUnder(section, u"clave"_s, known).isEmpty())
             names += section.title.toLower();
@@ -300,8 +308,10 @@ QStringList NoteAspects::linesFor(const QuestionReading &reading, const StudyCon
                 lines += sentence;
         }
     };
-    for (const QString &aspect : reading.aspects)
-        add(linesOn(aspect, reading, known), mostOfAspect);
+    for (const QString &aspect : reading.aspects) {
+        if (!isSequence(*section(aspect)))
+            add(linesOn(aspect, reading, known), mostOfAspect);
+    }
     add(linesOnParts(reading, known), mostLines);
     if (lines.isEmpty()) {
         for (const QString &aspect : reading.aspects)

@@ -14,6 +14,8 @@ struct AspectLines
 {
     QString heading;
     QStringList lines;
+    /// Whether the lines are steps, told whole and in their order.
+    bool isSequence = false;
 };
 
 /// Finds the lines of a concept's note that answer a question about one side of it: its causes, its
