@@ -3,7 +3,7 @@ import QtQuick
 import Aulora.Render
 
 /// One message of a conversation, the user's or the assistant's, as wide as the list.
-MessageSlot {
+MessageDelegate {
     id: bubble
 
     required property bool isUser

@@ -68,7 +68,7 @@ QQuickItem *ChatPaneScene::pane() const
 
 QList<QQuickItem *> ChatPaneScene::bubbles() const
 {
-    return itemsOfType(m_view->rootObject(), "MessageSlot");
+    return itemsOfType(m_view->rootObject(), "MessageDelegate");
 }
 
 ChatMessage question(const QString &text)

@@ -2,8 +2,8 @@
 
 #include "TrackedItem.h"
 
-/// The place of one message among the others.
-class MessageSlot : public TrackedItem
+/// What a list shows of one message.
+class MessageDelegate : public TrackedItem
 {
     Q_OBJECT
     QML_ELEMENT

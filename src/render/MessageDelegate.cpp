@@ -1,6 +1,6 @@
-#include "MessageSlot.h"
+#include "MessageDelegate.h"
 
-void MessageSlot::setMessageText(const QString &text)
+void MessageDelegate::setMessageText(const QString &text)
 {
     if (m_messageText == text)
         return;
