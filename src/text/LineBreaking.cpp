@@ -1,7 +1,7 @@
 #include "LineBreaking.h"
 
 #include "CharacterClass.h"
-#include "TextFace.h"
+#include "FontMetricsCache.h"
 
 #include <algorithm>
 #include <optional>
@@ -15,8 +15,8 @@ constexpr qsizetype longestShapedText = 1024;
 class PlainLineFiller
 {
 public:
-    PlainLineFiller(const TextFace &face, double width)
-        : m_face(face)
+    PlainLineFiller(const FontMetricsCache &metrics, double width)
+        : m_metrics(metrics)
         , m_width(width)
     { }
 
@@ -66,13 +66,13 @@ private:
     {
         m_lines.append({.start = m_lineStart,
                         .length = end - m_lineStart,
-                        .top = double(m_lines.size()) * m_face.lineHeight(),
+                        .top = double(m_lines.size()) * m_metrics.lineHeight(),
                         .width = width,
-                        .ascent = m_face.ascent(),
-                        .height = m_face.lineHeight()});
+                        .ascent = m_metrics.ascent(),
+                        .height = m_metrics.lineHeight()});
     }
 
-    const TextFace &m_face;
+    const FontMetricsCache &m_metrics;
     double m_width;
     QList<TextLine> m_lines;
     qsizetype m_lineStart = 0;
@@ -87,12 +87,12 @@ qsizetype lengthOfSpaces(QStringView text)
     return std::ranges::find_if(text, [](QChar c) { return c != u' '; }) - text.begin();
 }
 
-bool addWord(PlainLineFiller &filler, QStringView text, const TextFace::Word &word)
+bool addWord(PlainLineFiller &filler, QStringView text, const FontMetricsCache::Word &word)
 {
     if (!word.isPlain)
         return false;
-    TextFace::Break done;
-    for (const TextFace::Break &next : word.breaks) {
+    FontMetricsCache::Break done;
+    for (const FontMetricsCache::Break &next : word.breaks) {
         if (!filler.addWordPart(next.position - done.position, next.width - done.width))
             return false;
         filler.allowBreak();
@@ -104,19 +104,19 @@ bool addWord(PlainLineFiller &filler, QStringView text, const TextFace::Word &wo
 // Nothing when the text is not all plain words that fit.
 std::optional<QList<TextLine>> plainLines(const AttributedText &text, double width)
 {
-    PlainLineFiller filler(TextFace::of(text.size, QFont::Normal), width);
+    PlainLineFiller filler(FontMetricsCache::of(text.size, QFont::Normal), width);
     for (const AttributedText::Run &run : text.runs) {
-        TextFace &face = TextFace::of(text.size, run.weight);
+        FontMetricsCache &metrics = FontMetricsCache::of(text.size, run.weight);
         QStringView rest = QStringView(text.text).sliced(run.start, run.length);
         while (!rest.isEmpty()) {
             if (const qsizetype spaces = lengthOfSpaces(rest)) {
-                filler.addSpaces(spaces, double(spaces) * face.spaceWidth());
+                filler.addSpaces(spaces, double(spaces) * metrics.spaceWidth());
                 rest = rest.sliced(spaces);
                 continue;
             }
             const qsizetype space = rest.indexOf(u' ');
             const QStringView word = space < 0 ? rest : rest.first(space);
-            if (!addWord(filler, word, face.word(word)))
+            if (!addWord(filler, word, metrics.word(word)))
                 return std::nullopt;
             rest = rest.sliced(word.size());
         }
@@ -132,7 +132,7 @@ std::unique_ptr<QTextLayout> layoutOf(const AttributedText &text, Qt::LayoutDire
         text.runs, start, {}, [](const AttributedText::Run &r) { return r.start + r.length; });
     const QFont::Weight weight = run != text.runs.end() ? run->weight : QFont::Normal;
     auto layout = std::make_unique<QTextLayout>(text.text.sliced(start, length),
-                                                TextFace::of(text.size, weight).font());
+                                                FontMetricsCache::of(text.size, weight).font());
     QTextOption option;
     option.setTextDirection(direction);
     option.setAlignment(Qt::AlignLeft | Qt::AlignAbsolute);
@@ -147,7 +147,7 @@ std::unique_ptr<QTextLayout> layoutOf(const AttributedText &text, Qt::LayoutDire
         const qsizetype from = std::max(run->start, start);
         const qsizetype to = std::min(run->start + run->length, start + length);
         QTextCharFormat format;
-        format.setFont(TextFace::of(text.size, run->weight).font());
+        format.setFont(FontMetricsCache::of(text.size, run->weight).font());
         formats.append({int(from - start), int(to - from), format});
     }
     layout->setFormats(formats);

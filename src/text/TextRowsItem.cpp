@@ -1,6 +1,6 @@
 #include "TextRowsItem.h"
 
-#include "TextFace.h"
+#include "FontMetricsCache.h"
 
 #include <QPainter>
 #include <QQmlInfo>
@@ -72,7 +72,7 @@ QString TextRowsItem::plainText() const
 
 double TextRowsItem::lineHeight(double points, int weight)
 {
-    return TextFace::of(points, QFont::Weight(weight)).lineHeight();
+    return FontMetricsCache::of(points, QFont::Weight(weight)).lineHeight();
 }
 
 void TextRowsItem::scheduleRows()

@@ -1,6 +1,6 @@
 #include "MarkdownMessageView.h"
 
-#include "TextFace.h"
+#include "FontMetricsCache.h"
 #include "Theme.h"
 #include "TrackedItem.h"
 
@@ -24,7 +24,7 @@ constexpr double wrapWidth = 400;
 
 double lineHeight(double points, QFont::Weight weight)
 {
-    return TextFace::of(points, weight).lineHeight();
+    return FontMetricsCache::of(points, weight).lineHeight();
 }
 
 // What two views must agree on.
@@ -187,7 +187,8 @@ private Q_SLOTS:
     void asksForTheExactFont()
     {
         for (const double points : {19.0, 17.0, 15.5, 14.5, 14.5 * 0.9, 14.5 * 1.15})
-            QCOMPARE(TextFace::of(points, QFont::Bold).font(), Theme::font(points, QFont::Bold));
+            QCOMPARE(FontMetricsCache::of(points, QFont::Bold).font(),
+                     Theme::font(points, QFont::Bold));
     }
 
     void wrapsABulletBesideItsDot()
@@ -263,7 +264,7 @@ private Q_SLOTS:
         window.showText(u"- punto"_s);
         window.show();
         QVERIFY(QTest::qWaitForWindowExposed(&window));
-        const double baseline = TextFace::of(14.5, QFont::Normal).ascent();
+        const double baseline = FontMetricsCache::of(14.5, QFont::Normal).ascent();
         QRect dot;
         QTRY_VERIFY([&] {
             const QImage image = window.grabWindow();
@@ -609,7 +610,7 @@ private Q_SLOTS:
         QFETCH(double, distance);
         Window window;
         window.showText(text);
-        const QFontMetricsF metrics(TextFace::of(14.5, QFont::Normal).font());
+        const QFontMetricsF metrics(FontMetricsCache::of(14.5, QFont::Normal).font());
         doubleClick(window.view(), {metrics.horizontalAdvance(before) + distance, 8});
         QTEST(window.view().selectedText(), "word");
     }

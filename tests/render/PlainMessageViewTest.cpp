@@ -1,6 +1,6 @@
 #include "PlainMessageView.h"
 
-#include "TextFace.h"
+#include "FontMetricsCache.h"
 #include "TrackedItem.h"
 
 #include <QAbstractEventDispatcher>
@@ -47,7 +47,7 @@ private:
 
 double lineHeight()
 {
-    return TextFace::of(points, QFont::Normal).lineHeight();
+    return FontMetricsCache::of(points, QFont::Normal).lineHeight();
 }
 } // namespace
 

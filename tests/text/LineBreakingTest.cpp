@@ -1,6 +1,6 @@
 #include "LineBreaking.h"
 
-#include "TextFace.h"
+#include "FontMetricsCache.h"
 
 #include <QTest>
 #include <QTextLayout>
@@ -45,14 +45,14 @@ QList<qsizetype> starts(const QList<TextLine> &lines)
 // Where the toolkit itself begins the lines of the whole text.
 QList<qsizetype> startsByLayout(const AttributedText &text, double width)
 {
-    QTextLayout layout(text.text, TextFace::of(size, QFont::Normal).font());
+    QTextLayout layout(text.text, FontMetricsCache::of(size, QFont::Normal).font());
     QTextOption option;
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout.setTextOption(option);
     QList<QTextLayout::FormatRange> formats;
     for (const AttributedText::Run &run : text.runs) {
         QTextCharFormat format;
-        format.setFont(TextFace::of(size, run.weight).font());
+        format.setFont(FontMetricsCache::of(size, run.weight).font());
         formats.append({int(run.start), int(run.length), format});
     }
     layout.setFormats(formats);

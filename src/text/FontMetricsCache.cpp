@@ -1,4 +1,4 @@
-#include "TextFace.h"
+#include "FontMetricsCache.h"
 
 #include "Theme.h"
 
@@ -17,7 +17,7 @@ using namespace Qt::StringLiterals;
 namespace {
 // Long enough for any word of a language; what is longer is broken where it must be, by shaping.
 constexpr qsizetype longestWord = 64;
-// About 3 MB a face. A reader's vocabulary stays far below; hostile text must not grow it for ever.
+// About 3 MB each. A reader's vocabulary stays far below; hostile text must not grow it for ever.
 constexpr qsizetype mostWords = 20'000;
 
 struct CharacterRange
@@ -48,17 +48,18 @@ bool isPlainCharacter(QChar c)
 }
 } // namespace
 
-TextFace &TextFace::of(double points, QFont::Weight weight)
+FontMetricsCache &FontMetricsCache::of(double points, QFont::Weight weight)
 {
     // Never freed: as static objects the fonts would outlive the application they belong to.
-    static auto &faces = *new std::map<std::pair<double, QFont::Weight>, std::unique_ptr<TextFace>>;
-    std::unique_ptr<TextFace> &face = faces[{points, weight}];
-    if (!face)
-        face.reset(new TextFace(points, weight));
-    return *face;
+    static auto &caches
+        = *new std::map<std::pair<double, QFont::Weight>, std::unique_ptr<FontMetricsCache>>;
+    std::unique_ptr<FontMetricsCache> &cache = caches[{points, weight}];
+    if (!cache)
+        cache.reset(new FontMetricsCache(points, weight));
+    return *cache;
 }
 
-TextFace::TextFace(double points, QFont::Weight weight)
+FontMetricsCache::FontMetricsCache(double points, QFont::Weight weight)
     : m_font(Theme::font(points, weight))
 {
     QTextLayout sample(u"x"_s, m_font);
@@ -70,7 +71,7 @@ TextFace::TextFace(double points, QFont::Weight weight)
     m_spaceWidth = QFontMetricsF(m_font).horizontalAdvance(u' ');
 }
 
-const TextFace::Word &TextFace::word(QStringView text)
+const FontMetricsCache::Word &FontMetricsCache::word(QStringView text)
 {
     static const Word tooLong;
     if (text.size() > longestWord)
@@ -84,7 +85,7 @@ const TextFace::Word &TextFace::word(QStringView text)
     return *m_words.insert(key, measured(key));
 }
 
-TextFace::Word TextFace::measured(const QString &text) const
+FontMetricsCache::Word FontMetricsCache::measured(const QString &text) const
 {
     const QFontMetricsF metrics(m_font);
     const bool isPlain = std::ranges::all_of(
