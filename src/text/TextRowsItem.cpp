@@ -56,7 +56,7 @@ void TextRowsItem::setColors(const TextColors &colors)
     if (m_colors == colors)
         return;
     m_colors = colors;
-    m_tiles.invalidateAll();
+    m_tileCache.invalidateAll();
     polish();
     Q_EMIT colorsChanged();
 }
@@ -105,7 +105,7 @@ void TextRowsItem::placeRows(qsizetype first)
         top = placed->bottom() + m_rowSpacing;
     }
     const double height = m_rows.empty() ? 0 : m_rows.back().bottom();
-    m_tiles.invalidate({firstTop, std::max(oldHeight, height)});
+    m_tileCache.invalidate({firstTop, std::max(oldHeight, height)});
     polish();
     setImplicitSize(std::ceil(widest), height);
 }
@@ -137,7 +137,7 @@ void TextRowsItem::timerEvent(QTimerEvent *event)
 
 void TextRowsItem::repaintRows(qsizetype first, qsizetype last)
 {
-    m_tiles.invalidate({m_rows.at(first).top, m_rows.at(last).bottom()});
+    m_tileCache.invalidate({m_rows.at(first).top, m_rows.at(last).bottom()});
     polish();
 }
 
@@ -201,10 +201,10 @@ void TextRowsItem::updatePolish()
         return;
     warnIfUntracked();
     const double ratio = window()->effectiveDevicePixelRatio();
-    const bool isRepainted
-        = m_tiles.update(nearBand(), {implicitWidth(), implicitHeight()}, ratio,
-                         [this](QPainter &painter, VerticalBand band) { paint(painter, band); });
-    const bool isShifted = m_tiles.setOffset(offsetToWholePixels(ratio));
+    const bool isRepainted = m_tileCache.update(
+        nearBand(), {implicitWidth(), implicitHeight()}, ratio,
+        [this](QPainter &painter, VerticalBand band) { paint(painter, band); });
+    const bool isShifted = m_tileCache.setOffset(offsetToWholePixels(ratio));
     if (isRepainted || isShifted)
         update();
 }
@@ -229,5 +229,5 @@ void TextRowsItem::paint(QPainter &painter, VerticalBand band) const
 
 QSGNode *TextRowsItem::updatePaintNode(QSGNode *node, UpdatePaintNodeData *)
 {
-    return m_tiles.synchronize(node, window());
+    return m_tileCache.synchronize(node, window());
 }

@@ -2,7 +2,7 @@
 
 #include "TextRow.h"
 #include "TextSelection.h"
-#include "TextTiles.h"
+#include "TileCache.h"
 #include "TrackedItem.h"
 
 #include <QBasicTimer>
@@ -110,7 +110,7 @@ private:
     TextColors m_colors;
     Rows m_rows;
     bool m_rowsAreStale = true;
-    TextTiles m_tiles;
+    TileCache m_tileCache;
     QPointer<TrackedItem> m_trackedItem;
     bool m_hasWarned = false;
     QBasicTimer m_plainTextTimer;

@@ -16,7 +16,7 @@ class QSGNode;
 /// A tall picture of which only what is near the eye exists: strips of one height, painted when
 /// they come near and dropped when they have gone. A long message costs no more memory and no more
 /// time to paint than the window shows of it.
-class TextTiles
+class TileCache
 {
 public:
     /// Draws what lies in a band, at its place in the whole picture.

@@ -1,4 +1,4 @@
-#include "TextTiles.h"
+#include "TileCache.h"
 
 #include <QPainter>
 #include <QQuickWindow>
@@ -16,22 +16,22 @@ public:
 
 int firstTile(VerticalBand band)
 {
-    return int(std::floor(band.top / TextTiles::tileHeight));
+    return int(std::floor(band.top / TileCache::tileHeight));
 }
 
 int endTile(VerticalBand band)
 {
-    return int(std::ceil(band.bottom / TextTiles::tileHeight));
+    return int(std::ceil(band.bottom / TileCache::tileHeight));
 }
 } // namespace
 
-VerticalBand TextTiles::bandOf(int index)
+VerticalBand TileCache::bandOf(int index)
 {
     const double top = double(index) * tileHeight;
     return {top, top + tileHeight};
 }
 
-void TextTiles::invalidate(VerticalBand band)
+void TileCache::invalidate(VerticalBand band)
 {
     const VerticalBand reached{band.top - bleed, band.bottom + bleed};
     const auto end = m_tiles.lower_bound(endTile(reached));
@@ -45,13 +45,13 @@ void TextTiles::invalidate(VerticalBand band)
     }
 }
 
-void TextTiles::invalidateAll()
+void TileCache::invalidateAll()
 {
     for (auto &[index, tile] : m_tiles)
         tile.stale = bandOf(index);
 }
 
-bool TextTiles::update(VerticalBand band, QSizeF size, double ratio, const Paint &paint)
+bool TileCache::update(VerticalBand band, QSizeF size, double ratio, const Paint &paint)
 {
     // A strip keeps its width for as long as it lives, so that text that grows wider repaints.
     if (std::ceil(size.width()) != std::ceil(m_size.width()) || ratio != m_ratio)
@@ -79,7 +79,7 @@ bool TextTiles::update(VerticalBand band, QSizeF size, double ratio, const Paint
     return differs;
 }
 
-void TextTiles::paintTile(int index, Tile &tile, const Paint &paint) const
+void TileCache::paintTile(int index, Tile &tile, const Paint &paint) const
 {
     const VerticalBand whole = bandOf(index);
     const QSize pixels
@@ -106,7 +106,7 @@ void TextTiles::paintTile(int index, Tile &tile, const Paint &paint) const
     tile.isUploaded = false;
 }
 
-bool TextTiles::setOffset(QPointF offset)
+bool TileCache::setOffset(QPointF offset)
 {
     if (m_offset == offset)
         return false;
@@ -114,7 +114,7 @@ bool TextTiles::setOffset(QPointF offset)
     return true;
 }
 
-QSGNode *TextTiles::synchronize(QSGNode *node, QQuickWindow *window)
+QSGNode *TileCache::synchronize(QSGNode *node, QQuickWindow *window)
 {
     auto *root = static_cast<TilesNode *>(node);
     if (!root) {

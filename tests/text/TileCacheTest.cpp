@@ -1,4 +1,4 @@
-#include "TextTiles.h"
+#include "TileCache.h"
 
 #include <QPainter>
 #include <QQuickItem>
@@ -41,7 +41,7 @@ public:
         return differs;
     }
 
-    TextTiles tiles;
+    TileCache tiles;
     double paintedFrom = 1e9; ///< the top of what the last change had painted
 
 protected:
@@ -84,7 +84,7 @@ struct Scene
 
 } // namespace
 
-class TextTilesTest : public QObject
+class TileCacheTest : public QObject
 {
     Q_OBJECT
 
@@ -154,5 +154,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_MAIN(TextTilesTest)
-#include "TextTilesTest.moc"
+QTEST_MAIN(TileCacheTest)
+#include "TileCacheTest.moc"
