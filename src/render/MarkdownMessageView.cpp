@@ -40,7 +40,7 @@ TextRow rowOf(const MarkdownBlock &block, double textScale)
 MarkdownMessageView::MarkdownMessageView(QQuickItem *parent)
     : SelectableText(rowSpacing, parent)
 {
-    connect(&m_pace, &FramePace::due, this, &MarkdownMessageView::scheduleRows);
+    connect(&m_throttle, &FrameThrottle::due, this, &MarkdownMessageView::scheduleRows);
 }
 
 void MarkdownMessageView::setText(const QString &text)
@@ -50,7 +50,7 @@ void MarkdownMessageView::setText(const QString &text)
     m_text = text;
     markRowsStale();
     if (isComponentComplete())
-        m_pace.request();
+        m_throttle.request();
     Q_EMIT textChanged();
 }
 
@@ -72,7 +72,7 @@ void MarkdownMessageView::setDotColor(QColor color)
 
 void MarkdownMessageView::updateRows()
 {
-    m_pace.markServed();
+    m_throttle.markServed();
     // A reply grows at its end, and loses only line ends there when it is complete: all rows but
     // the last of what both texts share stay.
     const QStringView shared = std::min<QStringView>(

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "BoldMarkdownText.h"
-#include "FramePace.h"
+#include "FrameThrottle.h"
 #include "MarkdownBlock.h"
 #include "SelectableText.h"
 
@@ -48,7 +48,7 @@ protected:
 
 private:
     QString m_text;
-    FramePace m_pace;
+    FrameThrottle m_throttle;
     double m_textScale = 1;
     /// What the rows were made from.
     QString m_shownText;

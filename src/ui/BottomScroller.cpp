@@ -1,6 +1,6 @@
 #include "BottomScroller.h"
 
-#include "FramePace.h"
+#include "FrameThrottle.h"
 
 #include <QQuickWindow>
 #include <QTimer>
@@ -37,7 +37,7 @@ void BottomScroller::awaitLayout()
 bool BottomScroller::hasJustBegun() const
 {
     return m_animation.state() != QAbstractAnimation::Stopped
-        && m_animation.currentTime() < FramePace::interval;
+        && m_animation.currentTime() < FrameThrottle::interval;
 }
 
 void BottomScroller::layoutIsFinished()

@@ -1,25 +1,25 @@
-#include "FramePace.h"
+#include "FrameThrottle.h"
 
 #include <QSignalSpy>
 #include <QTest>
 
-class FramePaceTest : public QObject
+class FrameThrottleTest : public QObject
 {
     Q_OBJECT
 
 private Q_SLOTS:
     void isDueAtOnceAfterARest()
     {
-        FramePace pace;
-        const QSignalSpy due(&pace, &FramePace::due);
+        FrameThrottle pace;
+        const QSignalSpy due(&pace, &FrameThrottle::due);
         pace.request();
         QCOMPARE(due.size(), 1);
     }
 
     void isDueOnceForAllThatAsksWithinAFrame()
     {
-        FramePace pace;
-        const QSignalSpy due(&pace, &FramePace::due);
+        FrameThrottle pace;
+        const QSignalSpy due(&pace, &FrameThrottle::due);
         pace.request();
         for (int i = 0; i < 50; ++i)
             pace.request();
@@ -30,8 +30,8 @@ private Q_SLOTS:
 
     void isDueWithEverySecondFrameAtMost()
     {
-        FramePace pace;
-        const QSignalSpy due(&pace, &FramePace::due);
+        FrameThrottle pace;
+        const QSignalSpy due(&pace, &FrameThrottle::due);
         pace.request();
         qsizetype expected = 1;
         for (int frame = 1; frame <= 20; ++frame) {
@@ -44,8 +44,8 @@ private Q_SLOTS:
 
     void isNotDueForWhatCameWithAnotherFrame()
     {
-        FramePace pace;
-        const QSignalSpy due(&pace, &FramePace::due);
+        FrameThrottle pace;
+        const QSignalSpy due(&pace, &FrameThrottle::due);
         pace.request();
         pace.request();
         pace.setCurrentTime(16);
@@ -64,9 +64,9 @@ private Q_SLOTS:
 
     void mayBeAskedAgainWhenItIsDue()
     {
-        FramePace pace;
+        FrameThrottle pace;
         int times = 0;
-        connect(&pace, &FramePace::due, &pace, [&] {
+        connect(&pace, &FrameThrottle::due, &pace, [&] {
             if (++times < 3)
                 pace.request();
         });
@@ -77,8 +77,8 @@ private Q_SLOTS:
 
     void restsWhenNobodyAsks()
     {
-        FramePace pace;
-        const QSignalSpy due(&pace, &FramePace::due);
+        FrameThrottle pace;
+        const QSignalSpy due(&pace, &FrameThrottle::due);
         pace.request();
         QTRY_COMPARE(pace.state(), QAbstractAnimation::Stopped);
         QCOMPARE(due.size(), 1);
@@ -87,5 +87,5 @@ private Q_SLOTS:
     }
 };
 
-QTEST_GUILESS_MAIN(FramePaceTest)
-#include "FramePaceTest.moc"
+QTEST_GUILESS_MAIN(FrameThrottleTest)
+#include "FrameThrottleTest.moc"

@@ -2,9 +2,9 @@
 
 #include <QAbstractAnimation>
 
-/// Keeps what changes more often than the eye can follow to every second frame of the toolkit's
-/// animations: all that moves shares one frame, and a flood costs half of what it would.
-class FramePace : public QAbstractAnimation
+/// Keeps what changes more often than the eye can follow to every second frame of Qt's animations:
+/// all that moves shares one frame, and a flood costs half of what it would.
+class FrameThrottle : public QAbstractAnimation
 {
     Q_OBJECT
 
@@ -17,7 +17,7 @@ public:
 
     /// Asks for `due`: at once after a rest, otherwise with the second frame after the last.
     void request();
-    /// What was asked for has come with another frame, and the pace goes on from there.
+    /// What was asked for has come with another frame, and the next is counted from there.
     void markServed();
     /// It rests as soon as nobody asks.
     int duration() const override { return -1; }

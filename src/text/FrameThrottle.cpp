@@ -1,21 +1,21 @@
-#include "FramePace.h"
+#include "FrameThrottle.h"
 
 #include <utility>
 
-void FramePace::request()
+void FrameThrottle::request()
 {
     m_isRequested = true;
     if (state() != Running)
         start();
 }
 
-void FramePace::markServed()
+void FrameThrottle::markServed()
 {
     m_isRequested = false;
     m_lastTime = currentTime();
 }
 
-void FramePace::updateCurrentTime(int currentTime)
+void FrameThrottle::updateCurrentTime(int currentTime)
 {
     // At 0 it comes from a rest, and the last time is that of another run.
     if (currentTime > 0 && currentTime - m_lastTime < interval)
