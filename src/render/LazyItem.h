@@ -7,7 +7,7 @@
 /// Holds an item only while it is of use. It is as large as the item, which keeps the size it has
 /// given itself, and of no size without one.
 ///
-/// The toolkit's own loader refuses components that are bound to their file, before version 6.5.
+/// Before Qt 6.5 a Loader cannot create components of a file with `ComponentBehavior: Bound`.
 class LazyItem : public QQuickItem
 {
     Q_OBJECT

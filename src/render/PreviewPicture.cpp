@@ -29,7 +29,7 @@ void PreviewPicture::setBytes(const QByteArray &bytes)
         return;
     m_bytes = bytes;
     m_pictureSize = announcedSize(bytes);
-    letGo();
+    dropPixels();
     updateSize();
     Q_EMIT bytesChanged();
 }
@@ -51,7 +51,7 @@ void PreviewPicture::setWanted(bool wanted)
     if (wanted)
         decode();
     else
-        letGo();
+        dropPixels();
     Q_EMIT wantedChanged();
 }
 
@@ -99,7 +99,7 @@ void PreviewPicture::decode()
         });
 }
 
-void PreviewPicture::letGo()
+void PreviewPicture::dropPixels()
 {
     m_requestedSide = 0;
     ++m_request;

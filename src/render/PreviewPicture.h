@@ -43,8 +43,8 @@ protected:
 private:
     void updateSize();
     void decode();
-    /// Keeps the size alone.
-    void letGo();
+    /// Drops the pixels and keeps the size.
+    void dropPixels();
     void show(const QImage &image);
 
     QByteArray m_bytes;

@@ -8,7 +8,7 @@
 namespace {
 // The characters with a numeric value that are letters by category, in ascending order: the
 // fields kPrimaryNumeric, kAccountingNumeric and kOtherNumeric of the Unicode Han database, which
-// the toolkit does not carry. Unicode 14.
+// Qt does not have. Unicode 14.
 constexpr std::array numericIdeographs{
     0x3405,  0x3483,  0x382a,  0x3b4d,  0x4e00,  0x4e03,  0x4e07,  0x4e09,  0x4e5d,
     0x4e8c,  0x4e94,  0x4e96,  0x4ebf,  0x4ec0,  0x4edf,  0x4ee8,  0x4f0d,  0x4f70,

@@ -7,7 +7,7 @@
 #include <optional>
 
 namespace {
-// How much text is shaped at once. The toolkit looks at a whole word again for every line it makes
+// How much text is shaped at once. QTextLayout looks at a whole word again for every line it makes
 // of it, so a word of a million characters takes 16 s at once and a third of a second in pieces.
 constexpr qsizetype longestShapedText = 1024;
 
@@ -139,7 +139,7 @@ std::unique_ptr<QTextLayout> layoutOf(const AttributedText &text, Qt::LayoutDire
     option.setWrapMode(QTextOption::WrapAtWordBoundaryOrAnywhere);
     layout->setTextOption(option);
 
-    // Only for what differs: the toolkit looks up the font of a format for every stretch it shapes.
+    // Only for what differs: QTextLayout looks up the font of a format for every stretch it shapes.
     QList<QTextLayout::FormatRange> formats;
     for (; run != text.runs.end() && run->start < start + length; ++run) {
         if (run->weight == weight)

@@ -68,8 +68,8 @@ void SelectableText::replaceRows(qsizetype first, std::vector<TextRow> rows)
 {
     TextRowsItem::replaceRows(first, std::move(rows));
     const bool differs = !m_selection.isEmpty() && m_selection.end.row >= first;
-    // Where a selection only begins has to be a place, too. The old rows are gone, and the new ones
-    // are painted anyway.
+    // The anchor of a drag has to stay within the rows, too. Nothing to repaint: the new rows are
+    // painted anyway.
     m_anchor = {clamped(m_anchor.start), clamped(m_anchor.end)};
     m_selection = {clamped(m_selection.start), clamped(m_selection.end)};
     if (differs)
@@ -117,7 +117,8 @@ TextRange SelectableText::wordAt(QPointF point) const
     const TextPosition position = positionAt(point);
     const QString &text = row(position.row).text().text;
     qsizetype character = characterAt(point).offset;
-    // Whoever aims at the end of a word may hit the near half of the blank after it.
+    // A double click at the end of a word may hit the near half of the blank after it: take the
+    // word.
     if (position.offset == character && character > 0 && isBlank(text[character]))
         --character;
     return wordAround(text, character);
@@ -182,7 +183,7 @@ void SelectableText::mouseUngrabEvent()
 
 bool SelectableText::event(QEvent *event)
 {
-    // Claimed before the window's shortcuts: the keys mean this text while it has the focus.
+    // Accepted here, the keys come to this text and not to the window's shortcuts.
     if (event->type() == QEvent::ShortcutOverride) {
         const auto *key = static_cast<QKeyEvent *>(event);
         if (key->matches(QKeySequence::Copy) || key->matches(QKeySequence::SelectAll)) {
@@ -212,7 +213,7 @@ void SelectableText::copyTo(QClipboard::Mode mode) const
 void SelectableText::focusOutEvent(QFocusEvent *event)
 {
     TextRowsItem::focusOutEvent(event);
-    // Another window or a menu only borrows the focus.
+    // The focus comes back from another window or a menu: keep the selection.
     if (event->reason() != Qt::ActiveWindowFocusReason && event->reason() != Qt::PopupFocusReason)
         clearSelection();
 }

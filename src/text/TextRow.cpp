@@ -13,8 +13,8 @@ bool isControl(QChar c)
 QChar shownControl(QChar c)
 {
     constexpr char16_t nextLine = 0x85;
-    const bool movedThePaper = (c >= u'\n' && c <= u'\r') || c == QChar(nextLine);
-    return movedThePaper ? QChar(QChar::Space) : QChar(QChar::ReplacementCharacter);
+    const bool breaksLines = (c >= u'\n' && c <= u'\r') || c == QChar(nextLine);
+    return breaksLines ? QChar(QChar::Space) : QChar(QChar::ReplacementCharacter);
 }
 
 // The same length as `text`, so that positions and runs hold.

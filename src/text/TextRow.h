@@ -40,8 +40,8 @@ public:
     static constexpr double dotSize = 4;
     static constexpr double dotSpacing = 8;
 
-    /// A row of `text`. Control characters and lone surrogates are shown as U+FFFD, those among
-    /// them that once moved the paper as a space.
+    /// A row of `text`. Line-break controls are shown as spaces, other control characters and lone
+    /// surrogates as U+FFFD.
     explicit TextRow(AttributedText text, Marker marker = Marker::none);
     /// A blank row.
     static TextRow spacer(double height);

@@ -39,7 +39,7 @@ public:
     void setColor(QColor color);
 
     /// The rows as they are shown, one a line. While lines are added to the end its change is told
-    /// once a second at most: whoever reads it aloud must not hear of every line. The whole text is
+    /// once a second at most, so that a screen reader is not told of every line. The whole text is
     /// told at once.
     QString plainText() const;
 

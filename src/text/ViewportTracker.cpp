@@ -24,7 +24,7 @@ void ViewportTracker::setFlickable(QQuickItem *flickable)
         m_flickable->disconnect(this);
     m_flickable = flickable;
     if (m_flickable) {
-        // By name, since the type of the toolkit's flickable is not public.
+        // By name, since QQuickFlickable is not public.
         connect(m_flickable, SIGNAL(contentYChanged()), this, SLOT(schedule()));
         connect(m_flickable, &QQuickItem::heightChanged, this, &ViewportTracker::schedule);
     }

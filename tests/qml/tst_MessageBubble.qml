@@ -74,7 +74,7 @@ Rectangle {
         }
     }
 
-    /// One line of text as the toolkit measures it by itself.
+    /// One line of text as Qt measures it.
     FontMetrics {
         id: ruler
     }

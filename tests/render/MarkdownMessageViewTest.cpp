@@ -47,7 +47,7 @@ QList<Row> rowsOf(const TextRowsItem &view)
     return rows;
 }
 
-// Between whole points too, where the toolkit's own test functions cannot aim.
+// Between whole points too, which Qt Test's functions round.
 void doubleClick(MarkdownMessageView &view, QPointF point)
 {
     for (const auto type : {QEvent::MouseButtonPress, QEvent::MouseButtonDblClick}) {

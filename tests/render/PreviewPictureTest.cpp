@@ -27,7 +27,7 @@ QByteArray jpegHeader(quint16 width, quint16 height)
         + QByteArray::fromHex("03012200021101031101ffda000c03010002110311003f00");
 }
 
-/// What of the toolkit's readers and of others' is in this process.
+/// Which image plug-ins, of Qt and of others, are loaded into this process.
 QByteArray loadedReaders()
 {
     QFile maps(u"/proc/self/maps"_s);

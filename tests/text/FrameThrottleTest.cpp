@@ -10,33 +10,33 @@ class FrameThrottleTest : public QObject
 private Q_SLOTS:
     void isDueAtOnceAfterARest()
     {
-        FrameThrottle pace;
-        const QSignalSpy due(&pace, &FrameThrottle::due);
-        pace.request();
+        FrameThrottle throttle;
+        const QSignalSpy due(&throttle, &FrameThrottle::due);
+        throttle.request();
         QCOMPARE(due.size(), 1);
     }
 
     void isDueOnceForAllThatAsksWithinAFrame()
     {
-        FrameThrottle pace;
-        const QSignalSpy due(&pace, &FrameThrottle::due);
-        pace.request();
+        FrameThrottle throttle;
+        const QSignalSpy due(&throttle, &FrameThrottle::due);
+        throttle.request();
         for (int i = 0; i < 50; ++i)
-            pace.request();
+            throttle.request();
         QCOMPARE(due.size(), 1);
-        QTRY_COMPARE(pace.state(), QAbstractAnimation::Stopped);
+        QTRY_COMPARE(throttle.state(), QAbstractAnimation::Stopped);
         QCOMPARE(due.size(), 2);
     }
 
     void isDueWithEverySecondFrameAtMost()
     {
-        FrameThrottle pace;
-        const QSignalSpy due(&pace, &FrameThrottle::due);
-        pace.request();
+        FrameThrottle throttle;
+        const QSignalSpy due(&throttle, &FrameThrottle::due);
+        throttle.request();
         qsizetype expected = 1;
         for (int frame = 1; frame <= 20; ++frame) {
-            pace.request();
-            pace.setCurrentTime(16 * frame);
+            throttle.request();
+            throttle.setCurrentTime(16 * frame);
             expected += frame % 2 == 0 ? 1 : 0;
             QCOMPARE(due.size(), expected);
         }
@@ -44,45 +44,45 @@ private Q_SLOTS:
 
     void isNotDueForWhatCameWithAnotherFrame()
     {
-        FrameThrottle pace;
-        const QSignalSpy due(&pace, &FrameThrottle::due);
-        pace.request();
-        pace.request();
-        pace.setCurrentTime(16);
-        pace.markServed();
-        pace.request();
-        pace.setCurrentTime(32);
+        FrameThrottle throttle;
+        const QSignalSpy due(&throttle, &FrameThrottle::due);
+        throttle.request();
+        throttle.request();
+        throttle.setCurrentTime(16);
+        throttle.markServed();
+        throttle.request();
+        throttle.setCurrentTime(32);
         QCOMPARE(due.size(), 1);
-        pace.setCurrentTime(48);
+        throttle.setCurrentTime(48);
         QCOMPARE(due.size(), 2);
-        pace.request();
-        pace.markServed();
-        pace.setCurrentTime(80);
+        throttle.request();
+        throttle.markServed();
+        throttle.setCurrentTime(80);
         QCOMPARE(due.size(), 2);
-        QCOMPARE(pace.state(), QAbstractAnimation::Stopped);
+        QCOMPARE(throttle.state(), QAbstractAnimation::Stopped);
     }
 
     void mayBeAskedAgainWhenItIsDue()
     {
-        FrameThrottle pace;
+        FrameThrottle throttle;
         int times = 0;
-        connect(&pace, &FrameThrottle::due, &pace, [&] {
+        connect(&throttle, &FrameThrottle::due, &throttle, [&] {
             if (++times < 3)
-                pace.request();
+                throttle.request();
         });
-        pace.request();
+        throttle.request();
         QCOMPARE(times, 1);
         QTRY_COMPARE(times, 3);
     }
 
     void restsWhenNobodyAsks()
     {
-        FrameThrottle pace;
-        const QSignalSpy due(&pace, &FrameThrottle::due);
-        pace.request();
-        QTRY_COMPARE(pace.state(), QAbstractAnimation::Stopped);
+        FrameThrottle throttle;
+        const QSignalSpy due(&throttle, &FrameThrottle::due);
+        throttle.request();
+        QTRY_COMPARE(throttle.state(), QAbstractAnimation::Stopped);
         QCOMPARE(due.size(), 1);
-        pace.request();
+        throttle.request();
         QCOMPARE(due.size(), 2);
     }
 };

@@ -42,7 +42,7 @@ QList<qsizetype> starts(const QList<TextLine> &lines)
     return starts;
 }
 
-// Where the toolkit itself begins the lines of the whole text.
+// Where QTextLayout begins the lines of the whole text.
 QList<qsizetype> startsByLayout(const AttributedText &text, double width)
 {
     QTextLayout layout(text.text, FontMetricsCache::of(size, QFont::Normal).font());
@@ -77,7 +77,7 @@ class LineBreakingTest : public QObject
     Q_OBJECT
 
 private Q_SLOTS:
-    void breaksAsTheToolkitDoes_data()
+    void breaksAsQTextLayoutDoes_data()
     {
         QTest::addColumn<QString>("text");
         QTest::addColumn<double>("width");
@@ -106,7 +106,7 @@ private Q_SLOTS:
                 << u"متلازمة الشريان التاجي الحادة تظهر بألم في الصدر "_s.repeated(4) << width;
         }
     }
-    void breaksAsTheToolkitDoes()
+    void breaksAsQTextLayoutDoes()
     {
         QFETCH(QString, text);
         QFETCH(double, width);
