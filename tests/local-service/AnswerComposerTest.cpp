@@ -275,6 +275,8 @@ private Q_SLOTS:
         // A part of what the note is about.
         row("sintomas de la hemofilia", {u"Síntomas y signos"_s}, "- **Hemofilia:**");
         row("funcion de las plaquetas", {u"Función"_s}, "- **Plaquetas:**");
+        row("q hace el nucleolo", {u"Función"_s}, "- **Nucléolo:**");
+        row("como se hereda la enfermedad de huntington", {u"Herencia"_s}, "- Huntington");
         // Words of the question that the side's lines do not hold.
         row("cuales son las valvulas del corazon", {u"Partes"_s}, "- **Cuatro válvulas:**");
         row("huesos del craneo, cuales son", {u"Partes"_s}, "- **Neurocráneo");

@@ -141,7 +141,7 @@ bool NoteAspects::isPart(const QString &name, const StudyConcept &known) const
     const QStringList own = stemsOf(known.title);
     return std::none_of(stems.begin(), stems.end(), [&](const QString &stem) {
         return std::any_of(own.begin(), own.end(),
-                           [&](const QString &word) { return word.startsWith(stem.left(5)); });
+                           [&](const QString &word) { return word.startsWith(stem); });
     });
 }
 
