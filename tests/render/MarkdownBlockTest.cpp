@@ -135,6 +135,21 @@ private Q_SLOTS:
         QTEST(isNumberedItem(line), "numbered");
     }
 
+    void takesEveryIdeographOfANumberForOne()
+    {
+        // All letters to which Python's unicodedata gives a numeric value.
+        const QString numbers = u"㐅㒃㠪㭍一七万三九二五亖亿什仟仨伍佰億兆兩八六十千卄卅卌叁参參叄"
+                                u"四壱壹幺廾廿弌弍弎弐拾捌柒漆玖百肆萬貮貳贰阡陆陌陸零"
+                                u"\uf96b\uf973\uf978\uf9b2\uf9d1\uf9d3\uf9fd"
+                                u"\U00020001\U00020064\U000200e2\U00020121\U0002092a\U00020983"
+                                u"\U0002098c\U0002099c\U00020aea\U00020afd\U00020b19\U00022390"
+                                u"\U00022998\U00023b1b\U0002626d\U0002f890"_s;
+        for (qsizetype i = 0; i < numbers.size(); i += numbers[i].isHighSurrogate() ? 2 : 1) {
+            const QString number = numbers.sliced(i, numbers[i].isHighSurrogate() ? 2 : 1);
+            QVERIFY2(isNumberedItem(number + u". x"_s), qPrintable(number));
+        }
+    }
+
     void givesOneBlockPerLineOfALongText()
     {
         constexpr int lines = 100'000;

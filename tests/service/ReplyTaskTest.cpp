@@ -110,6 +110,23 @@ private Q_SLOTS:
         QVERIFY(!reply.chat.view.isLoading());
     }
 
+    void isTrimmedThenDoneThenSaved()
+    {
+        AwaitedReply reply;
+        reply.task.appendLines({u"uno"_s});
+        reply.saves.clear();
+        QString textWhenDone;
+        qsizetype savesWhenDone = -1;
+        connect(&reply.chat.view, &ContentView::isLoadingChanged, this, [&] {
+            textWhenDone = reply.asked().messages.constLast().text;
+            savesWhenDone = reply.saves.count();
+        });
+        reply.task.finish();
+        QCOMPARE(textWhenDone, u"uno"_s);
+        QCOMPARE(savesWhenDone, 0);
+        QCOMPARE(reply.saves.count(), 1);
+    }
+
     void endsWithoutAMessageWhenNothingCame()
     {
         AwaitedReply reply;
@@ -125,7 +142,9 @@ private Q_SLOTS:
     {
         AwaitedReply reply;
         reply.task.appendLines({u" uno "_s, u"dos"_s});
+        reply.saves.clear();
         reply.task.fail(u"Se cortó."_s);
+        QCOMPARE(reply.saves.count(), 1);
         const QList<ChatMessage> &messages = reply.asked().messages;
         QCOMPARE(messages.size(), 3);
         QCOMPARE(messages.at(1).text, u" uno \ndos\n"_s);

@@ -58,6 +58,7 @@ private Q_SLOTS:
     void sendsOneQuestionAtATime();
     void beginsNoConversationWhileItWaits();
     void beginsAConversationWhenNoneIsSelected();
+    void beginsNoneInPlaceOfOneThatIsGone();
     void showsAndSavesTheQuestionBeforeTheReply_data();
     void showsAndSavesTheQuestionBeforeTheReply();
     void savesTheTitleBeforeTheQuestion();
@@ -66,6 +67,7 @@ private Q_SLOTS:
     void saysWhenTheQuestionCannotBePrepared();
     void fillsTheReplyAsItComes();
     void followsTheConversationOfTheQuestion();
+    void keepsWaitingWhileTheServiceTalks_data();
     void keepsWaitingWhileTheServiceTalks();
     void keepsWaitingWhileTheServiceListens();
     void waitsForNoServiceWhenItIsDestroyed_data();
@@ -319,6 +321,22 @@ void SendFlowTest::beginsAConversationWhenNoneIsSelected()
     QCOMPARE(chat.messages().constLast().text, u"respuesta"_s);
 }
 
+void SendFlowTest::beginsNoneInPlaceOfOneThatIsGone()
+{
+    const auto server = answeringServer();
+    TestChat chat(serviceAt(*server));
+    const QList<Conversation> before = chat.conversations();
+    const QUuid gone = QUuid::createUuid();
+    chat.view.selectConversation(gone);
+    chat.send(u"hola"_s);
+    QVERIFY(chat.view.isLoading());
+    QCOMPARE(chat.view.selectedConversationID(), gone);
+    QCOMPARE(chat.conversations(), before);
+    QVERIFY(waitForTheEnd(chat));
+    QVERIFY(server->requests().constFirst().body.contains("hola"));
+    QCOMPARE(chat.conversations(), before);
+}
+
 void SendFlowTest::showsAndSavesTheQuestionBeforeTheReply_data()
 {
     QTest::addColumn<QString>("text");
@@ -482,28 +500,45 @@ void SendFlowTest::followsTheConversationOfTheQuestion()
     QCOMPARE(chat.messages().constLast().text, u"uno\ndos"_s);
 }
 
+void SendFlowTest::keepsWaitingWhileTheServiceTalks_data()
+{
+    QTest::addColumn<QByteArray>("beginning");
+    QTest::addColumn<QByteArray>("piece");
+    QTest::addColumn<QByteArray>("rest");
+    QTest::newRow("in the body") << replyHead << chunk(".") << chunk("fin") + lastChunk;
+    QTest::newRow("in the head") << "HTTP/1.1 200 OK\r\n"_ba << "X-Wait: 1\r\n"_ba
+                                 << "Content-Length: 3\r\n\r\nfin"_ba;
+    QTest::newRow("in a line of the head")
+        << "HTTP/1.1 200 OK\r\nX-Wait: "_ba << "1"_ba << "\r\nContent-Length: 3\r\n\r\nfin"_ba;
+}
+
 void SendFlowTest::keepsWaitingWhileTheServiceTalks()
 {
+    QFETCH(QByteArray, beginning);
+    QFETCH(QByteArray, piece);
+    QFETCH(QByteArray, rest);
+
     constexpr auto idleTimeout = 1000ms;
     constexpr auto pause = 150ms;
-    constexpr int lines = 8;
-    static_assert(lines * pause > idleTimeout);
+    constexpr int pieces = 8;
+    static_assert(pieces * pause > idleTimeout);
     ScriptedServer server(m_credentials, [&](ScriptedConnection &connection) {
         if (!connection.startTls())
             return;
         connection.readRequest();
-        connection.send(replyHead);
-        for (int i = 0; i < lines; ++i) {
+        connection.send(beginning);
+        for (int i = 0; i < pieces; ++i) {
             std::this_thread::sleep_for(pause);
-            connection.send(chunk("."));
+            connection.send(piece);
         }
-        connection.send(lastChunk);
+        connection.send(rest);
         connection.close();
     });
     TestChat chat(serviceAt(server, idleTimeout));
     chat.send(u"hola"_s);
     QVERIFY(waitForTheEnd(chat));
-    QCOMPARE(chat.messages().constLast().text, QString(lines, u'.'));
+    QVERIFY(chat.messages().constLast().text.endsWith(u"fin"_s));
+    QCOMPARE(chat.messages().size(), 2);
 }
 
 void SendFlowTest::keepsWaitingWhileTheServiceListens()
