@@ -61,8 +61,7 @@ Window {
             contentView: window.contentView
             authorLine: window.authorLine
             pendingPreview: window.imageIntake.pendingPreview
-            // A question asked about an image that is still being checked waits for it.
-            onSendRequested: window.imageIntake.whenTaken(() => window.sendFlow.sendMessage())
+            onSendRequested: window.sendFlow.sendMessage()
             onPasteRequested: {
                 if (!window.imageIntake.pasteImage())
                     pasteText();

@@ -35,7 +35,8 @@ MyApp::MyApp(std::unique_ptr<PreferenceStore> store, QObject *parent)
     , m_sendFlow(
           &m_contentView, &m_identity,
           [this](const QByteArray &image) { return m_imageIntake.preview(image); },
-          assistantServiceOfThisBuild())
+          assistantServiceOfThisBuild(),
+          [this](std::function<void()> send) { m_imageIntake.whenSettled(std::move(send)); })
 { }
 
 bool MyApp::start()
@@ -75,6 +76,8 @@ void MyApp::raiseWindow()
 
 void MyApp::saveBeforeEnd()
 {
+    // A question that waits for its image is saved without it.
+    m_imageIntake.giveUp();
     m_sendFlow.saveCutReply();
     m_store->flush();
 }

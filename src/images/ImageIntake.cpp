@@ -11,7 +11,6 @@
 #include <QClipboard>
 #include <QFileInfo>
 #include <QGuiApplication>
-#include <QJSValue>
 #include <QMimeData>
 
 #include <algorithm>
@@ -57,7 +56,7 @@ ImageIntake::ImageIntake(ContentView *contentView, QObject *parent)
     });
     connect(contentView, &ContentView::isLoadingChanged, this, &ImageIntake::takesDropsChanged);
     // A pending image goes with the composer's text; so does one about to be pending.
-    connect(contentView, &ContentView::composerEmptied, this, &ImageIntake::giveUp);
+    connect(contentView, &ContentView::composerAboutToBeEmptied, this, &ImageIntake::giveUp);
     connect(contentView, &ContentView::selectedImageChanged, this, [this] {
         if (m_contentView->selectedImageData() != m_prepared.bytes)
             setPrepared({});
@@ -90,7 +89,7 @@ void ImageIntake::handleImportedFile(const QList<QUrl> &urls)
         loadingPool(), this, [url] { return readLocalFile(url, maximumImageBytes + 1); },
         unlessGivenUp(arrival, [this, arrival, url](const std::optional<QByteArray> &bytes) {
             if (!bytes) {
-                refuse(unreadableFileText);
+                refuse(arrival, unreadableFileText);
                 return;
             }
             const QFileInfo file(url.fileName(QUrl::FullyDecoded));
@@ -140,11 +139,11 @@ void ImageIntake::handleDroppedData(Arrival arrival, const LoadedItem &item,
                                     const ItemProvider &provider, const QString &typeIdentifier)
 {
     if (item.error)
-        refuse(*item.error);
+        refuse(arrival, *item.error);
     else if (item.data)
         check(arrival, *item.data, provider.suggestedName().value_or(defaultName), typeIdentifier);
     else
-        refuse(unreadableDropText);
+        refuse(arrival, unreadableDropText);
 }
 
 void ImageIntake::acceptImage(const QByteArray &bytes, const QString &name,
@@ -159,69 +158,89 @@ bool ImageIntake::pasteImage()
     return mimeData && handleDrop(pastedItems(mimeData));
 }
 
-void ImageIntake::whenTaken(std::function<void()> action)
+void ImageIntake::whenSettled(std::function<void()> action)
 {
-    if (m_onTheirWay == 0)
+    if (m_waiting)
+        return;
+    if (m_onTheirWay.isEmpty())
         action();
     else
-        m_whenTaken = std::move(action);
+        m_waiting = Waiting{.lastNumber = m_given, .action = std::move(action), .takeLater = {}};
 }
 
-void ImageIntake::whenTaken(const QJSValue &action)
+void ImageIntake::giveUp()
 {
-    whenTaken([action] { action.call(); });
+    ++m_generation;
+    m_onTheirWay.clear();
+    stopWaiting();
 }
 
 ImageIntake::Arrival ImageIntake::begin()
 {
-    ++m_onTheirWay;
-    return {.generation = m_generation, .number = ++m_given};
+    m_onTheirWay.insert(++m_given);
+    return {.generation = m_generation, .number = m_given};
 }
 
 void ImageIntake::check(Arrival arrival, const QByteArray &bytes, const QString &name,
                         const std::optional<QString> &typeIdentifier)
 {
     if (bytes.size() > maximumImageBytes) {
-        refuse(tooLargeText);
+        refuse(arrival, tooLargeText);
         return;
     }
     // One decoding serves the check, the chip and the preview kept with the message.
     const auto finish
         = [this, arrival, bytes, name, typeIdentifier](const std::optional<QByteArray> &preview) {
               if (!preview) {
-                  refuse(noImageText);
+                  refuse(arrival, noImageText);
                   return;
               }
-              if (arrival.number > m_lastTaken) {
-                  m_lastTaken = arrival.number;
-                  setPrepared({.bytes = bytes, .preview = *preview});
-                  m_contentView->setSelectedImage(bytes, name, preferredMimeType(typeIdentifier));
-              }
-              end();
+              take(arrival, {.bytes = bytes, .preview = *preview}, name, typeIdentifier);
+              end(arrival);
           };
     runThenFinish(
         decodingPool(), this, [bytes] { return makePreviewData(bytes); },
         unlessGivenUp(arrival, finish));
 }
 
-void ImageIntake::refuse(const QString &reason)
+void ImageIntake::take(Arrival arrival, const PreparedImage &image, const QString &name,
+                       const std::optional<QString> &typeIdentifier)
 {
-    m_whenTaken = nullptr;
+    if (arrival.generation != m_generation || arrival.number < m_lastTaken)
+        return;
+    if (m_waiting && arrival.number > m_waiting->lastNumber) {
+        m_waiting->takeLater.insert(arrival.number, [this, arrival, image, name, typeIdentifier] {
+            take(arrival, image, name, typeIdentifier);
+        });
+        return;
+    }
+    m_lastTaken = arrival.number;
+    setPrepared(image);
+    m_contentView->setSelectedImage(image.bytes, name, preferredMimeType(typeIdentifier));
+}
+
+void ImageIntake::refuse(Arrival arrival, const QString &reason)
+{
     m_contentView->setImageImportError(reason);
-    end();
+    end(arrival);
 }
 
-void ImageIntake::end()
+void ImageIntake::end(Arrival arrival)
 {
-    if (--m_onTheirWay == 0 && m_whenTaken)
-        std::exchange(m_whenTaken, nullptr)();
+    m_onTheirWay.remove(arrival.number);
+    const auto isWaitedFor = [this](int number) { return number <= m_waiting->lastNumber; };
+    if (m_waiting && std::ranges::none_of(m_onTheirWay, isWaitedFor))
+        stopWaiting();
 }
 
-void ImageIntake::giveUp()
+void ImageIntake::stopWaiting()
 {
-    ++m_generation;
-    m_onTheirWay = 0;
-    m_whenTaken = nullptr;
+    if (!m_waiting)
+        return;
+    const Waiting waiting = *std::exchange(m_waiting, std::nullopt);
+    waiting.action();
+    for (const auto &takeOne : waiting.takeLater)
+        takeOne();
 }
 
 void ImageIntake::setPrepared(PreparedImage image)

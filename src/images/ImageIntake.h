@@ -3,7 +3,9 @@
 #include "ItemProvider.h"
 
 #include <QByteArray>
+#include <QMap>
 #include <QObject>
+#include <QSet>
 #include <QString>
 #include <QUrl>
 #include <QtQml/qqmlregistration.h>
@@ -12,7 +14,6 @@
 #include <optional>
 
 class ContentView;
-class QJSValue;
 
 /// Why the file chooser could not give a file, in words for people.
 struct ImportError
@@ -65,11 +66,13 @@ public:
     /// what was copied is text, whatever picture of it comes along.
     Q_INVOKABLE bool pasteImage();
 
-    /// Calls `action` with every image given so far in its place: at once when none is on its way,
-    /// else when the last of them is pending. Never when one is refused or given up, for whoever
-    /// wanted it done may have wanted it done with that image; and only the latest of several.
-    void whenTaken(std::function<void()> action);
-    Q_INVOKABLE void whenTaken(const QJSValue &action);
+    /// Calls `action` once, with every image given so far pending, refused or given up: at once
+    /// when none is on its way. Images given while it waits come after it. A second action that
+    /// comes meanwhile is dropped.
+    void whenSettled(std::function<void()> action);
+
+    /// Takes nothing of what is on its way. What waits for it is done now.
+    void giveUp();
 
 Q_SIGNALS:
     void pendingPreviewChanged();
@@ -91,6 +94,15 @@ private:
         int number;
     };
 
+    /// What waits until the images up to a number are settled.
+    struct Waiting
+    {
+        int lastNumber;
+        std::function<void()> action;
+        /// What makes those pending that were given later, by their numbers.
+        QMap<int, std::function<void()>> takeLater;
+    };
+
     Arrival begin();
     /// `finish`, which does nothing once the arrival was given up.
     template <typename Finish>
@@ -99,9 +111,11 @@ private:
                            const QString &typeIdentifier);
     void check(Arrival arrival, const QByteArray &bytes, const QString &name,
                const std::optional<QString> &typeIdentifier);
-    void refuse(const QString &reason);
-    void end();
-    void giveUp();
+    void take(Arrival arrival, const PreparedImage &image, const QString &name,
+              const std::optional<QString> &typeIdentifier);
+    void refuse(Arrival arrival, const QString &reason);
+    void end(Arrival arrival);
+    void stopWaiting();
     void setPrepared(PreparedImage image);
 
     ContentView *m_contentView;
@@ -111,6 +125,7 @@ private:
     /// How many images were given, and which of them became the pending image last.
     int m_given = 0;
     int m_lastTaken = 0;
-    int m_onTheirWay = 0;
-    std::function<void()> m_whenTaken;
+    /// The numbers of those that are neither pending nor refused.
+    QSet<int> m_onTheirWay;
+    std::optional<Waiting> m_waiting;
 };

@@ -11,22 +11,36 @@
 using namespace Qt::StringLiterals;
 
 SendFlow::SendFlow(ContentView *contentView, InstallationIdentity *identity,
-                   PreviewMaker makePreview, AssistantService service, QObject *parent)
+                   PreviewMaker makePreview, AssistantService service, ImageWait waitForImages,
+                   QObject *parent)
     : QObject(parent)
     , m_contentView(contentView)
     , m_identity(identity)
     , m_makePreview(std::move(makePreview))
     , m_service(std::move(service))
+    , m_waitForImages(std::move(waitForImages))
 { }
 
 void SendFlow::sendMessage()
 {
-    const QString text = m_contentView->messageText().trimmed();
+    const QString question = m_contentView->messageText();
+    if (!isSendable(question) || m_contentView->isLoading())
+        return;
+    m_waitForImages([this, question] { send(question); });
+}
+
+bool SendFlow::isSendable(const QString &question) const
+{
+    return !question.trimmed().isEmpty() || pendingImage();
+}
+
+void SendFlow::send(const QString &question)
+{
+    // An image that was sent by itself may have been taken away meanwhile.
+    if (!isSendable(question))
+        return;
+    const QString text = question.trimmed();
     const std::optional<ChatRequestImage> image = pendingImage();
-    if (text.isEmpty() && !image)
-        return;
-    if (m_contentView->isLoading())
-        return;
     if (!m_contentView->selectedConversationID())
         m_contentView->startNewConversation();
     const std::optional<QUuid> conversationID = m_contentView->selectedConversationID();
@@ -44,7 +58,8 @@ void SendFlow::sendMessage()
          .isUser = true,
          .attachmentName = image ? image->name : std::nullopt,
          .imagePreviewData = image ? m_makePreview(image->data) : std::nullopt});
-    m_contentView->setMessageText({});
+    if (m_contentView->messageText() == question)
+        m_contentView->setMessageText({});
     m_contentView->clearSelectedImage();
     m_contentView->setLoading(true);
 
@@ -86,5 +101,6 @@ void SendFlow::startExchange(const ChatRequestBody &body, const QUuid &assistant
     connect(exchange, &AssistantExchange::finished, exchange, &QObject::deleteLater);
     connect(exchange, &AssistantExchange::failed, exchange, &QObject::deleteLater);
 
-    exchange->start();
+    // In the event loop's next turn: a question that the program's end sends is saved, no more.
+    QMetaObject::invokeMethod(exchange, &AssistantExchange::start, Qt::QueuedConnection);
 }

@@ -27,13 +27,19 @@ class SendFlow : public QObject
 public:
     /// Image bytes in, JPEG preview out, or nothing when none can be made.
     using PreviewMaker = std::function<std::optional<QByteArray>(const QByteArray &)>;
+    /// Calls what it is given once, when every image that the composer was given is pending or will
+    /// never be. What it is given meanwhile is dropped.
+    using ImageWait = std::function<void(std::function<void()>)>;
 
     /// All pointers are borrowed and outlive this object.
     SendFlow(ContentView *contentView, InstallationIdentity *identity, PreviewMaker makePreview,
-             AssistantService service, QObject *parent = nullptr);
+             AssistantService service, ImageWait waitForImages = waitForNoImages,
+             QObject *parent = nullptr);
 
-    /// Sends the composer's text and pending image. Returns as soon as the exchange has begun;
-    /// does nothing when there is nothing to send or an exchange is under way.
+    /// Sends what the composer's text is now, with its image: one that is still on its way is
+    /// waited for, and the text goes alone when nothing comes of it. Text written meanwhile stays.
+    /// Returns as soon as the exchange has begun, or the wait; does nothing when there is nothing
+    /// to send or an exchange is under way.
     Q_INVOKABLE void sendMessage();
 
     /// Saves the reply that the end of the program cuts, as it is shown: not trimmed, and without
@@ -41,6 +47,11 @@ public:
     void saveCutReply();
 
 private:
+    static void waitForNoImages(const std::function<void()> &send) { send(); }
+    /// Whether there is something to send with the composer's text being `question`.
+    bool isSendable(const QString &question) const;
+    /// Sends `question`, which was the composer's text, and the pending image.
+    void send(const QString &question);
     /// The image to be sent: none while image analysis is off, whatever the composer holds.
     std::optional<ChatRequestImage> pendingImage() const;
     void startExchange(const ChatRequestBody &body, const QUuid &assistantMessageID,
@@ -50,6 +61,7 @@ private:
     InstallationIdentity *m_identity;
     PreviewMaker m_makePreview;
     AssistantService m_service;
+    ImageWait m_waitForImages;
     /// The reply under way, if any.
     QPointer<ReplyTask> m_replyTask;
 };

@@ -186,6 +186,7 @@ void ContentView::saveHistory()
 
 void ContentView::startNewConversation()
 {
+    Q_EMIT composerAboutToBeEmptied();
     const QList<Conversation> &all = m_conversations.conversations();
     const auto untouched
         = std::find_if(all.cbegin(), all.cend(), [](const Conversation &conversation) {
@@ -204,6 +205,7 @@ void ContentView::startNewConversation()
 
 void ContentView::selectConversation(const QUuid &id)
 {
+    Q_EMIT composerAboutToBeEmptied();
     m_conversations.select(id);
     clearComposer();
 }
@@ -222,6 +224,7 @@ void ContentView::requestClearHistoryFromSettings()
 
 void ContentView::clearHistory()
 {
+    Q_EMIT composerAboutToBeEmptied();
     const Conversation conversation = freshConversation();
     m_conversations.replaceAll({conversation});
     selectConversation(conversation.id);
@@ -335,7 +338,6 @@ void ContentView::clearComposer()
 {
     setMessageText({});
     clearSelectedImage();
-    Q_EMIT composerEmptied();
 }
 
 std::optional<int> ContentView::selectedIndex() const

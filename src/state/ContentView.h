@@ -154,8 +154,8 @@ Q_SIGNALS:
     void showSettingsChanged();
     void showImageImporterChanged();
     void selectedImageChanged();
-    /// Text and pending image were discarded for a conversation, whether or not there were any.
-    void composerEmptied();
+    /// A conversation is about to be chosen, for which text and pending image are discarded.
+    void composerAboutToBeEmptied();
     void imageImportErrorChanged();
     void isDropTargetedChanged();
     void enlargedImageDataChanged();

@@ -68,14 +68,62 @@ class ImagesTest(AuloraTestCase):
         program.button("Enviar").press()
         return self.assistant.next_request()
 
-    def test_file_on_a_dead_mount_does_not_delay_the_end(self):
+    def start_with_dead_mount(self):
+        """A program with a question in its composer and an image on a mount that does not answer;
+        the image's path."""
         program = self.start(LD_PRELOAD=os.environ["AULORA_DEAD_MOUNT"])
         (self.files / "dead-mount").mkdir()
-        self.drop(program, "text/uri-list", self.file("dead-mount/a.png", image_bytes("PNG")))
+        path = self.file("dead-mount/a.png", image_bytes("PNG"))
+        program.write("¿Qué es?")
+        self.drop(program, "text/uri-list", path)
+        return program, path
+
+    def assert_sent_alone(self, request, message):
+        self.assertEqual(set(request.json), {"message", "userId"})
+        self.assertEqual(request.json["message"], message)
+
+    def test_file_on_a_dead_mount_does_not_delay_the_end(self):
+        program, _ = self.start_with_dead_mount()
+        program.button("Enviar").press()
         began = time.monotonic()
         self.assertEqual(program.quit(), 0)
         # It would wait for ever. Under load an ordinary end takes seconds, too.
         self.assertLess(time.monotonic() - began, 5)
+        messages = program.history()[0]["messages"]
+        self.assertEqual([message["text"] for message in messages], ["¿Qué es?"])
+
+    def test_question_goes_alone_when_its_image_fails(self):
+        program, path = self.start_with_dead_mount()
+        program.button("Enviar").press()
+        program.button("Casos Clínicos").press()
+        program.wait_for(lambda: program.composer.text != "¿Qué es?", "the card's prompt")
+        prompt = program.composer.text
+        path.unlink()
+        self.assert_sent_alone(self.assistant.next_request(), "¿Qué es?")
+        self.assert_alert(program, "No pude leer la imagen arrastrada.")
+        self.assertEqual(program.composer.text, prompt)
+        self.assertEqual(len(self.assistant.seen), 1)
+
+    def test_question_goes_alone_when_its_conversation_is_left(self):
+        program, _ = self.start_with_dead_mount()
+        program.button("Enviar").press()
+        program.button("Nueva conversación").press()
+        self.assert_sent_alone(self.assistant.next_request(), "¿Qué es?")
+        program.wait_for_conversations(("Nueva conversación", "0 mensajes", True),
+                                       ("¿Qué es?", "1 mensajes", False))
+
+    def test_question_goes_with_the_text_and_image_of_its_press(self):
+        program = self.start()
+        data = image_bytes("PNG", (6000, 5000))
+        program.write("¿Qué es?")
+        self.drop(program, "text/uri-list", self.file("grande.png", data))
+        program.button("Enviar").press()
+        # The drag has taken the keyboard to another window.
+        program.composer.click()
+        self.desktop.type("Otra")
+        self.assert_sent(self.assistant.next_request(), data, "image/png", "grande.png",
+                         "¿Qué es?")
+        program.wait_for(lambda: "Otra" in program.composer.text, "what was typed since")
 
     def test_dropped_file_is_sent_unchanged_and_looked_at(self):
         program = self.start()

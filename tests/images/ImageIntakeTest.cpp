@@ -396,11 +396,11 @@ private Q_SLOTS:
     void doesAtOnceWhatNeedsNoImage()
     {
         int calls = 0;
-        m_screen->intake.whenTaken([&] { ++calls; });
+        m_screen->intake.whenSettled([&] { ++calls; });
         QCOMPARE(calls, 1);
         m_screen->intake.acceptImage(sample(), u"a.png"_s, u"image/png"_s);
         QTRY_VERIFY(view().hasSelectedImage());
-        m_screen->intake.whenTaken([&] { ++calls; });
+        m_screen->intake.whenSettled([&] { ++calls; });
         QCOMPARE(calls, 2);
     }
 
@@ -410,13 +410,37 @@ private Q_SLOTS:
         const auto note = [&] { names.append(view().selectedImageName().value_or(u"ninguna"_s)); };
         const auto item = fakeItem({u"image/png"_s}, u"arrastrada"_s);
         QVERIFY(m_screen->intake.handleDrop({item}));
-        m_screen->intake.whenTaken(note);
         m_screen->intake.handleImportedFile({file(u"a.png"_s, sample())});
-        m_screen->intake.whenTaken(note);
+        m_screen->intake.whenSettled(note);
         QTRY_COMPARE(view().selectedImageName(), u"a.png"_s);
         QCOMPARE(names, QStringList());
+        m_screen->intake.whenSettled(note);
         item->finish({.error = {}, .data = otherSample()});
         QTRY_COMPARE(names, QStringList{u"a.png"_s}); // Once, with the image given last
+    }
+
+    void imagesGivenLaterComeAfterwards()
+    {
+        QStringList names;
+        const auto first = fakeItem({u"image/png"_s}, u"primera"_s);
+        QVERIFY(m_screen->intake.handleDrop({first}));
+        m_screen->intake.whenSettled([&] {
+            names.append(view().selectedImageName().value_or(u"ninguna"_s));
+            view().clearSelectedImage();
+        });
+        m_screen->intake.acceptImage(otherSample(), u"segunda"_s, u"image/jpeg"_s);
+        const auto third = fakeItem({u"image/png"_s}, u"tercera"_s);
+        QVERIFY(m_screen->intake.handleDrop({third}));
+        settle();
+        QVERIFY(!view().hasSelectedImage());
+
+        first->finish({.error = {}, .data = sample()});
+        QTRY_COMPARE(names, QStringList{u"primera"_s});
+        QCOMPARE(view().selectedImageName(), u"segunda"_s);
+        QCOMPARE(view().selectedImageData(), otherSample());
+        third->finish({.error = {}, .data = sample()});
+        QTRY_COMPARE(view().selectedImageName(), u"tercera"_s);
+        QCOMPARE(names.size(), 1);
     }
 
     void waitsNoMoreWithoutTheImage_data()
@@ -433,21 +457,50 @@ private Q_SLOTS:
         });
         QTest::newRow("switched off")
             << Action([](Screen &screen) { screen.contentView.setImageAnalysisEnabled(false); });
-        QTest::newRow("composer emptied")
+        QTest::newRow("another conversation")
             << Action([](Screen &screen) { screen.contentView.startNewConversation(); });
+        QTest::newRow("the same conversation") << Action([](Screen &screen) {
+            screen.contentView.selectConversation(*screen.contentView.selectedConversationID());
+        });
+        QTest::newRow("all cleared")
+            << Action([](Screen &screen) { screen.contentView.clearHistory(); });
+        QTest::newRow("given up") << Action([](Screen &screen) { screen.intake.giveUp(); });
     }
     void waitsNoMoreWithoutTheImage()
     {
         using Action = std::function<void(Screen &)>;
         QFETCH(Action, loseImage);
+        view().loadHistory();
+        view().setMessageText(u"borrador"_s);
+        const QList<Conversation> before = view().conversations()->conversations();
+        const auto selected = view().selectedConversationID();
+        const auto item = fakeItem({u"image/png"_s});
+        QVERIFY(m_screen->intake.handleDrop({item}));
         int calls = 0;
-        m_screen->intake.acceptImage(sample(), u"a.png"_s, u"image/png"_s);
-        m_screen->intake.whenTaken([&] { ++calls; });
-        loseImage(*m_screen);
-        settle();
+        bool wasAsItWas = false;
+        m_screen->intake.whenSettled([&] {
+            ++calls;
+            // Nothing is emptied or left behind yet.
+            wasAsItWas = view().messageText() == u"borrador"_s
+                && view().selectedConversationID() == selected
+                && view().conversations()->conversations() == before && !view().hasSelectedImage();
+        });
         QCOMPARE(calls, 0);
-        m_screen->intake.whenTaken([&] { ++calls; });
+        loseImage(*m_screen);
+        item->finish({.error = u"Se cortó."_s, .data = {}});
+        settle();
         QCOMPARE(calls, 1);
+        QVERIFY(wasAsItWas);
+        m_screen->intake.whenSettled([&] { ++calls; });
+        QCOMPARE(calls, 2);
+    }
+
+    void tellsOfAnImageBeforeWhatWaitedForIt()
+    {
+        std::optional<QString> error;
+        m_screen->intake.acceptImage("x", u"a.png"_s, u"image/png"_s);
+        m_screen->intake.whenSettled([&] { error = view().imageImportError(); });
+        QTRY_COMPARE(error, noImage);
     }
 
     void aRefusalLeavesTheSelectionAlone()

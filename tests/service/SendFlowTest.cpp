@@ -59,6 +59,9 @@ private Q_SLOTS:
     void beginsNoConversationWhileItWaits();
     void beginsAConversationWhenNoneIsSelected();
     void beginsNoneInPlaceOfOneThatIsGone();
+    void sendsTheTextOfThePress_data();
+    void sendsTheTextOfThePress();
+    void sendsNoImageThatWasTakenAway();
     void showsAndSavesTheQuestionBeforeTheReply_data();
     void showsAndSavesTheQuestionBeforeTheReply();
     void savesTheTitleBeforeTheQuestion();
@@ -335,6 +338,66 @@ void SendFlowTest::beginsNoneInPlaceOfOneThatIsGone()
     QVERIFY(waitForTheEnd(chat));
     QVERIFY(server->requests().constFirst().body.contains("hola"));
     QCOMPARE(chat.conversations(), before);
+}
+
+void SendFlowTest::sendsTheTextOfThePress_data()
+{
+    QTest::addColumn<QString>("textMeanwhile");
+    QTest::addColumn<bool>("isImageTaken");
+    QTest::addColumn<QString>("textAfterwards");
+    QTest::newRow("with its image") << u" hola "_s << true << u""_s;
+    QTest::newRow("alone") << u" hola "_s << false << u""_s;
+    QTest::newRow("with its image, another written") << u"otra"_s << true << u"otra"_s;
+    QTest::newRow("alone, another written") << u"otra"_s << false << u"otra"_s;
+    QTest::newRow("alone, taken back") << u""_s << false << u""_s;
+}
+
+void SendFlowTest::sendsTheTextOfThePress()
+{
+    QFETCH(QString, textMeanwhile);
+    QFETCH(bool, isImageTaken);
+    QFETCH(QString, textAfterwards);
+
+    const auto server = answeringServer();
+    TestChat chat(serviceAt(*server));
+    chat.isImageOnItsWay = true;
+    chat.send(u" hola "_s);
+    QVERIFY(!chat.view.isLoading());
+    QVERIFY(chat.messages().isEmpty());
+    QCOMPARE(chat.view.messageText(), u" hola "_s);
+
+    chat.view.setMessageText(textMeanwhile);
+    if (isImageTaken)
+        chat.view.setSelectedImage("abcd", u"a.png"_s, u"image/png"_s);
+    chat.sendWaiting();
+    QVERIFY(chat.view.isLoading());
+    QCOMPARE(chat.view.messageText(), textAfterwards);
+    QVERIFY(!chat.view.hasSelectedImage());
+    QCOMPARE(chat.messages().constFirst().text, u"hola"_s);
+    QCOMPARE(chat.messages().constFirst().attachmentName.has_value(), isImageTaken);
+    QVERIFY(waitForTheEnd(chat));
+    QCOMPARE(server->requests().size(), 1);
+    const QByteArray body = server->requests().constFirst().body;
+    QVERIFY(body.contains(R"("message":"hola")"));
+    QCOMPARE(body.contains("YWJjZA=="), isImageTaken);
+}
+
+void SendFlowTest::sendsNoImageThatWasTakenAway()
+{
+    const auto server = answeringServer();
+    TestChat chat(serviceAt(*server));
+    chat.isImageOnItsWay = true;
+    chat.view.setSelectedImage("abcd", u"a.png"_s, u"image/png"_s);
+    chat.send(u""_s);
+    chat.view.clearSelectedImage();
+    chat.sendWaiting();
+    QVERIFY(!chat.view.isLoading());
+    QVERIFY(chat.messages().isEmpty());
+
+    // And waits for nothing with nothing to send.
+    chat.sendWaiting = nullptr;
+    chat.send(u" "_s);
+    QVERIFY(!chat.sendWaiting);
 }
 
 void SendFlowTest::showsAndSavesTheQuestionBeforeTheReply_data()

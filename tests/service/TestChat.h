@@ -9,6 +9,7 @@
 #include "Preferences.h"
 #include "SendFlow.h"
 
+#include <functional>
 #include <memory>
 
 /// A whole chat on a preference store of its own, with one conversation, fresh and selected.
@@ -21,6 +22,9 @@ struct TestChat
     InstallationIdentity identity{&store};
     ContentView view{&preferences, &history};
     int previewsMade = 0;
+    /// While true a question waits, and is sent by calling `sendWaiting`.
+    bool isImageOnItsWay = false;
+    std::function<void()> sendWaiting;
     SendFlow sendFlow;
 
     static constexpr auto imageWithoutPreview = "no picture";
@@ -32,7 +36,8 @@ struct TestChat
 
     explicit TestChat(const AssistantService &service, Start start = Start::WithTheHistoryLoaded)
         : sendFlow(
-              &view, &identity, [this](const QByteArray &image) { return preview(image); }, service)
+              &view, &identity, [this](const QByteArray &image) { return preview(image); }, service,
+              [this](const std::function<void()> &send) { waitForImage(send); })
     {
         if (start == Start::WithTheHistoryLoaded)
             view.loadHistory();
@@ -57,6 +62,14 @@ struct TestChat
     }
 
 private:
+    void waitForImage(const std::function<void()> &send)
+    {
+        if (isImageOnItsWay)
+            sendWaiting = send;
+        else
+            send();
+    }
+
     std::optional<QByteArray> preview(const QByteArray &image)
     {
         ++previewsMade;
