@@ -1,6 +1,7 @@
 """How the program ends: closed, told to, or without a display, also in the middle of a reply; and
 what keeps a second one from starting."""
 
+import os
 import signal
 import subprocess
 import time
@@ -66,6 +67,23 @@ class EndingTest(AuloraTestCase):
                        env=self.desktop.environment)
         self.assertEqual(program.wait(), 1)
         self.assertEqual(self.texts(program), ["pregunta", "uno\ndos\n"])
+
+    def test_a_disk_that_does_not_answer_holds_it_for_five_seconds(self):
+        for name, end in (("closed", Program.quit), ("told to", self.terminate)):
+            with self.subTest(name):
+                program = self.start(quiet=False, LD_PRELOAD=os.environ["AULORA_DEAD_MOUNT"])
+                (program.home / "dead-disk").touch()
+                program.ask("pregunta")
+                self.assistant.next_request().begin()
+                begin = time.monotonic()
+                self.assertEqual(end(program), 1)
+                self.assertGreaterEqual(time.monotonic() - begin, 5)
+                self.assertEqual(program.output,
+                                 "Error guardando historial: el disco no respondió a tiempo.\n")
+
+    def terminate(self, program):
+        program.process.send_signal(signal.SIGTERM)
+        return program.wait()
 
     def test_a_leftover_lock_keeps_nobody_out(self):
         for contents in (b"", b"1\naulora-ia\nanother-computer\n", b"\xff" * 5000):
