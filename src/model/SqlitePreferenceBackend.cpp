@@ -165,6 +165,9 @@ SqlitePreferenceBackend::readOrMoveAside(const Operation &operation)
         return failure;
     };
     Failure failure = openAndRead();
+    // A disk that fails once looks like damage, too; damage is there again.
+    if (failure && failure->isMalformed())
+        failure = openAndRead();
     if (failure && failure->isMalformed() && !moveAside(damageReason))
         failure = openAndRead();
     return failure;

@@ -1,5 +1,6 @@
 #include "SqlitePreferenceBackend.h"
 
+#include "DiskCalls.h"
 #include "FileStamp.h"
 #include "PreferenceStore.h"
 #include "SqliteConnection.h"
@@ -7,6 +8,7 @@
 
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <QRandomGenerator>
 #include <QRegularExpression>
 #include <QSignalSpy>
@@ -14,7 +16,6 @@
 #include <QTemporaryDir>
 #include <QTest>
 
-#include <atomic>
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
@@ -23,7 +24,6 @@
 #include <sqlite3.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
-#include <sys/syscall.h>
 #include <unistd.h>
 
 using namespace Qt::StringLiterals;
@@ -175,29 +175,16 @@ private:
     mode_t m_original = 0;
 };
 
-/// Lets no read of a file at an offset succeed while it lives; SQLite makes only such reads.
-class BrokenDisk
+/// Lets no read of the database succeed while it lives.
+std::shared_ptr<DiskCalls> brokenDisk(const QString &path)
 {
-public:
-    BrokenDisk() { isBroken = true; }
-    ~BrokenDisk() { isBroken = false; }
-    BrokenDisk(const BrokenDisk &) = delete;
-    BrokenDisk &operator=(const BrokenDisk &) = delete;
-
-    inline static std::atomic<bool> isBroken = false;
-};
+    const QByteArray file = QFile::encodeName(QFileInfo(path).canonicalFilePath());
+    return std::make_shared<DiskCalls>(file, [](const DiskCall &call) {
+        return DiskAnswer{.error = call.kind == DiskCall::Kind::read ? EIO : 0};
+    });
+}
 
 } // namespace
-
-/// Takes the place of the C library's function for SQLite too.
-// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name): theirs are reserved names
-extern "C" ssize_t pread64(int file, void *buffer, size_t size, off64_t offset)
-{
-    if (!BrokenDisk::isBroken)
-        return syscall(SYS_pread64, file, buffer, size, offset);
-    errno = EIO;
-    return -1;
-}
 
 class SqlitePreferenceBackendTest : public QObject
 {
@@ -250,6 +237,7 @@ private Q_SLOTS:
     void survivesAReaderThatHoldsOn();
     void keepsWhatItCannotRead_data();
     void keepsWhatItCannotRead();
+    void takesNoFailedReadForDamage();
     void mergesWithAReadableFilePutInPlace();
     void mergesWithAFilePutInPlaceOfAHistoryNotRead();
 
@@ -976,7 +964,7 @@ void SqlitePreferenceBackendTest::keepsWhatItCannotRead_data()
                          "INSERT INTO preferences VALUES('holder', 'was here')"));
     });
     QTest::newRow("disk that cannot be read")
-        << Fault([](const QString &) { return std::make_shared<BrokenDisk>(); });
+        << Fault([](const QString &path) { return brokenDisk(path); });
 }
 
 void SqlitePreferenceBackendTest::keepsWhatItCannotRead()
@@ -1048,7 +1036,7 @@ void SqlitePreferenceBackendTest::mergesWithAFilePutInPlaceOfAHistoryNotRead()
                     [](const QByteArray &set, const QByteArray &stored) { return set + stored; });
     QCOMPARE(store->string(u"identifier"_s), u"aulora-1"_s);
     {
-        const BrokenDisk broken;
+        const auto broken = brokenDisk(m_path);
         QCOMPARE(store->data(u"history"_s), std::nullopt);
         QVERIFY(store->readFailure());
     }
@@ -1060,6 +1048,34 @@ void SqlitePreferenceBackendTest::mergesWithAFilePutInPlaceOfAHistoryNotRead()
     const auto next = openStore(m_path);
     QCOMPARE(next->string(u"identifier"_s), u"aulora-1"_s);
     QCOMPARE(next->data(u"history"_s), "begun, old");
+}
+
+void SqlitePreferenceBackendTest::takesNoFailedReadForDamage()
+{
+    const QByteArray history = randomBytes(300'000);
+    {
+        const auto store = openStore(m_path);
+        store->setData(u"history"_s, constant(history));
+        store->setString(u"identifier"_s, u"aulora-1"_s);
+    }
+    const QByteArray file = QFile::encodeName(QFileInfo(m_path).canonicalFilePath());
+    int reads = 0;
+    for (int failing = 1; failing == 1 || reads >= failing - 1; ++failing) {
+        reads = 0;
+        const DiskCalls disk(file, [&](const DiskCall &call) {
+            reads += call.kind == DiskCall::Kind::read;
+            const bool fails = call.kind == DiskCall::Kind::read && reads == failing;
+            return DiskAnswer{.error = fails ? EIO : 0};
+        });
+        const auto store = openStore(m_path);
+        const auto identifier = store->string(u"identifier"_s);
+        const auto document = store->data(u"history"_s);
+        const QByteArray context = "read " + QByteArray::number(failing);
+        QVERIFY2(identifier == u"aulora-1"_s || store->readFailure(), context.constData());
+        QVERIFY2(document == history || store->readFailure(), context.constData());
+        QVERIFY2(filesAside().isEmpty(), context.constData());
+    }
+    QVERIFY(reads > 0);
 }
 
 QTEST_GUILESS_MAIN(SqlitePreferenceBackendTest)
