@@ -27,10 +27,9 @@ AssistantService assistantServiceOfThisBuild()
 MyApp::MyApp(std::unique_ptr<PreferenceStore> store, QObject *parent)
     : QObject(parent)
     , m_store(std::move(store))
-    , m_preferences(m_store.get())
     , m_historyStore(m_store.get())
     , m_identity(m_store.get())
-    , m_contentView(&m_preferences, &m_historyStore)
+    , m_contentView(m_store.get(), &m_historyStore)
     , m_imageIntake(&m_contentView)
     , m_sendFlow(
           &m_contentView, &m_identity,

@@ -5,7 +5,6 @@
 #include "ImageIntake.h"
 #include "InstallationIdentity.h"
 #include "PreferenceStore.h"
-#include "Preferences.h"
 #include "SendFlow.h"
 
 #include <QObject>
@@ -35,7 +34,6 @@ public:
 
 private:
     std::unique_ptr<PreferenceStore> m_store;
-    Preferences m_preferences;
     HistoryStore m_historyStore;
     InstallationIdentity m_identity;
     ContentView m_contentView;

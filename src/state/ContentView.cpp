@@ -1,8 +1,6 @@
 #include "ContentView.h"
 
-#include "AuloraTextSize.h"
 #include "HistoryStore.h"
-#include "Preferences.h"
 
 #include <QTextBoundaryFinder>
 #include <QTimer>
@@ -40,24 +38,12 @@ Conversation freshConversation()
 
 } // namespace
 
-ContentView::ContentView(Preferences *preferences, HistoryStore *historyStore, QObject *parent)
+ContentView::ContentView(PreferenceStore *store, HistoryStore *historyStore, QObject *parent)
     : QObject(parent)
-    , m_preferences(preferences)
+    , m_store(store)
     , m_historyStore(historyStore)
     , m_currentMessages(&m_conversations)
 {
-    connect(preferences, &Preferences::appearanceRawValueChanged, this,
-            &ContentView::appearanceRawValueChanged);
-    connect(preferences, &Preferences::textSizeRawValueChanged, this,
-            &ContentView::textSizeRawValueChanged);
-    connect(preferences, &Preferences::imageAnalysisEnabledChanged, this, [this] {
-        // A pending image is never sent after the switch was turned off.
-        if (!imageAnalysisEnabled())
-            clearSelectedImage();
-        Q_EMIT imageAnalysisEnabledChanged();
-    });
-    connect(preferences, &Preferences::showImagePreviewsChanged, this,
-            &ContentView::showImagePreviewsChanged);
     connect(&m_currentMessages, &MessageListModel::changed, this,
             &ContentView::updateReplyHasStarted);
     connect(this, &ContentView::isLoadingChanged, this, &ContentView::updateReplyHasStarted);
@@ -109,46 +95,6 @@ void ContentView::setDropTargeted(bool targeted)
         return;
     m_isDropTargeted = targeted;
     Q_EMIT isDropTargetedChanged();
-}
-
-QString ContentView::appearanceRawValue() const
-{
-    return m_preferences->appearanceRawValue();
-}
-
-void ContentView::setAppearanceRawValue(const QString &rawValue)
-{
-    m_preferences->setAppearanceRawValue(rawValue);
-}
-
-QString ContentView::textSizeRawValue() const
-{
-    return m_preferences->textSizeRawValue();
-}
-
-void ContentView::setTextSizeRawValue(const QString &rawValue)
-{
-    m_preferences->setTextSizeRawValue(rawValue);
-}
-
-bool ContentView::imageAnalysisEnabled() const
-{
-    return m_preferences->imageAnalysisEnabled();
-}
-
-void ContentView::setImageAnalysisEnabled(bool enabled)
-{
-    m_preferences->setImageAnalysisEnabled(enabled);
-}
-
-bool ContentView::showImagePreviews() const
-{
-    return m_preferences->showImagePreviews();
-}
-
-void ContentView::setShowImagePreviews(bool show)
-{
-    m_preferences->setShowImagePreviews(show);
 }
 
 bool ContentView::replyHasStarted() const
@@ -362,4 +308,12 @@ void ContentView::updateReplyHasStarted()
         return;
     m_replyHasStarted = !m_replyHasStarted;
     Q_EMIT replyHasStartedChanged();
+}
+
+void ContentView::imageAnalysisSwitched()
+{
+    // A pending image is never sent after the switch was turned off.
+    if (!imageAnalysisEnabled())
+        clearSelectedImage();
+    Q_EMIT imageAnalysisEnabledChanged();
 }

@@ -1,7 +1,10 @@
 #pragma once
 
+#include "AuloraAppearance.h"
+#include "AuloraTextSize.h"
 #include "ConversationListModel.h"
 #include "MessageListModel.h"
+#include "StoredPreference.h"
 
 #include <QByteArray>
 #include <QObject>
@@ -12,7 +15,7 @@
 #include <optional>
 
 class HistoryStore;
-class Preferences;
+class PreferenceStore;
 
 /// The main screen: the one owner of all mutable screen state and of every operation that changes
 /// it. Views read the properties and call the operations; nothing else mutates the state.
@@ -55,7 +58,7 @@ class ContentView : public QObject
 
 public:
     /// Both pointers are borrowed and outlive this object.
-    ContentView(Preferences *preferences, HistoryStore *historyStore, QObject *parent = nullptr);
+    ContentView(PreferenceStore *store, HistoryStore *historyStore, QObject *parent = nullptr);
 
     // State. Each getter yields the field's initial value until an operation changes it.
     QString messageText() const { return m_messageText; }
@@ -82,14 +85,16 @@ public:
     bool showImageViewer() const { return m_showImageViewer; }
 
     // The four preferences, read from and written to the preference store directly.
-    QString appearanceRawValue() const;
-    void setAppearanceRawValue(const QString &rawValue);
-    QString textSizeRawValue() const;
-    void setTextSizeRawValue(const QString &rawValue);
-    bool imageAnalysisEnabled() const;
-    void setImageAnalysisEnabled(bool enabled);
-    bool showImagePreviews() const;
-    void setShowImagePreviews(bool show);
+    /// Raw value of an `AuloraAppearance`, or whatever text is stored.
+    QString appearanceRawValue() const { return m_appearanceRawValue.value(); }
+    void setAppearanceRawValue(const QString &rawValue) { m_appearanceRawValue.set(rawValue); }
+    /// Raw value of an `AuloraTextSize`, or whatever text is stored.
+    QString textSizeRawValue() const { return m_textSizeRawValue.value(); }
+    void setTextSizeRawValue(const QString &rawValue) { m_textSizeRawValue.set(rawValue); }
+    bool imageAnalysisEnabled() const { return m_imageAnalysisEnabled.value(); }
+    void setImageAnalysisEnabled(bool enabled) { m_imageAnalysisEnabled.set(enabled); }
+    bool showImagePreviews() const { return m_showImagePreviews.value(); }
+    void setShowImagePreviews(bool show) { m_showImagePreviews.set(show); }
 
     // Queries.
     /// True while loading once the newest message of the shown conversation is the assistant's.
@@ -178,8 +183,9 @@ private:
     std::optional<int> selectedIndex() const;
     std::optional<MessagePlace> placeOf(const QUuid &messageID, const QUuid &conversationID) const;
     void updateReplyHasStarted();
+    void imageAnalysisSwitched();
 
-    Preferences *m_preferences;
+    PreferenceStore *m_store;
     HistoryStore *m_historyStore;
 
     QString m_messageText;
@@ -197,4 +203,16 @@ private:
     bool m_isDropTargeted = false;
     std::optional<QByteArray> m_enlargedImageData;
     bool m_showImageViewer = false;
+    StoredPreference<QString> m_appearanceRawValue{
+        m_store, QStringLiteral("aulora.settings.appearance"), rawValue(AuloraAppearance::system),
+        this, &ContentView::appearanceRawValueChanged};
+    StoredPreference<QString> m_textSizeRawValue{
+        m_store, QStringLiteral("aulora.settings.textSize"), rawValue(AuloraTextSize::standard),
+        this, &ContentView::textSizeRawValueChanged};
+    StoredPreference<bool> m_imageAnalysisEnabled{m_store,
+                                                  QStringLiteral("aulora.settings.imageAnalysis"),
+                                                  true, this, &ContentView::imageAnalysisSwitched};
+    StoredPreference<bool> m_showImagePreviews{m_store,
+                                               QStringLiteral("aulora.settings.imagePreviews"),
+                                               true, this, &ContentView::showImagePreviewsChanged};
 };

@@ -5,15 +5,13 @@
 #include "ImageIntake.h"
 #include "MemoryPreferenceBackend.h"
 #include "PreferenceStore.h"
-#include "Preferences.h"
 
 /// The screen's state and its intake, with a store that lasts as long as the test.
 struct Screen
 {
     PreferenceStore store{
         std::make_unique<MemoryPreferenceBackend>(std::make_shared<PreferenceMemory>())};
-    Preferences preferences{&store};
     HistoryStore history{&store};
-    ContentView contentView{&preferences, &history};
+    ContentView contentView{&store, &history};
     ImageIntake intake{&contentView};
 };

@@ -6,7 +6,6 @@
 #include "InstallationIdentity.h"
 #include "MemoryPreferenceBackend.h"
 #include "PreferenceStore.h"
-#include "Preferences.h"
 #include "SendFlow.h"
 
 #include <QObject>
@@ -58,7 +57,7 @@ public:
     }
     Q_INVOKABLE QString storedAppearance() const
     {
-        return m_store.string(Preferences::appearanceKey).value_or(QString());
+        return m_store.string(QStringLiteral("aulora.settings.appearance")).value_or(QString());
     }
 
 private:
@@ -81,10 +80,9 @@ private:
 
     PreferenceStore m_store{
         std::make_unique<MemoryPreferenceBackend>(std::make_shared<PreferenceMemory>())};
-    Preferences m_preferences{&m_store};
     HistoryStore m_historyStore{&m_store};
     InstallationIdentity m_identity{&m_store};
-    ContentView m_contentView{&m_preferences, &m_historyStore};
+    ContentView m_contentView{&m_store, &m_historyStore};
     ImageIntake m_imageIntake{&m_contentView};
     SendFlow m_sendFlow{&m_contentView, &m_identity,
                         [](const QByteArray &) { return std::optional<QByteArray>(); },

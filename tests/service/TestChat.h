@@ -6,7 +6,6 @@
 #include "InstallationIdentity.h"
 #include "MemoryPreferenceBackend.h"
 #include "PreferenceStore.h"
-#include "Preferences.h"
 #include "SendFlow.h"
 
 #include <functional>
@@ -17,10 +16,9 @@ struct TestChat
 {
     PreferenceStore store{
         std::make_unique<MemoryPreferenceBackend>(std::make_shared<PreferenceMemory>())};
-    Preferences preferences{&store};
     HistoryStore history{&store};
     InstallationIdentity identity{&store};
-    ContentView view{&preferences, &history};
+    ContentView view{&store, &history};
     int previewsMade = 0;
     /// While true a question waits, and is sent by calling `sendWaiting`.
     bool isImageOnItsWay = false;

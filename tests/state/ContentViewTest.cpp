@@ -4,7 +4,6 @@
 #include "HistoryStore.h"
 #include "MemoryPreferenceBackend.h"
 #include "PreferenceStore.h"
-#include "Preferences.h"
 #include "UuidText.h"
 
 #include <QElapsedTimer>
@@ -23,9 +22,8 @@ struct Screen
 {
     PreferenceStore store{
         std::make_unique<MemoryPreferenceBackend>(std::make_shared<PreferenceMemory>())};
-    Preferences preferences{&store};
     HistoryStore history{&store};
-    ContentView view{&preferences, &history};
+    ContentView view{&store, &history};
     /// Keys written or removed, in order; the history key once per save.
     QSignalSpy writes{&store, &PreferenceStore::changed};
 
@@ -654,7 +652,9 @@ void ContentViewTest::preferencesAreSharedWithTheStore()
     // Written elsewhere, seen here at once.
     screen.store.setString(u"aulora.settings.appearance"_s, u"light"_s);
     QCOMPARE(view.appearanceRawValue(), u"light"_s);
-    QCOMPARE(appearance.count(), 2);
+    screen.store.setString(u"aulora.settings.appearance"_s, u"sepia"_s);
+    QCOMPARE(view.appearanceRawValue(), u"sepia"_s);
+    QCOMPARE(appearance.count(), 3);
     QCOMPARE(textSize.count(), 1);
     QCOMPARE(analysis.count(), 1);
     QCOMPARE(previews.count(), 1);
