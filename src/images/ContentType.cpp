@@ -1,5 +1,6 @@
 #include "ContentType.h"
 
+#include "ChatMessage.h"
 #include "ImageFormat.h"
 
 #include <QMimeDatabase>
@@ -47,5 +48,5 @@ QString preferredMimeType(const std::optional<QString> &typeIdentifier)
         return *typeIdentifier;
     const QMimeType type
         = typeIdentifier ? QMimeDatabase().mimeTypeForName(*typeIdentifier) : QMimeType();
-    return type.isValid() ? type.name() : u"image/jpeg"_s;
+    return type.isValid() ? type.name() : defaultImageMimeType;
 }

@@ -1,6 +1,7 @@
 #include "ImageIntake.h"
 
 #include "BackgroundWork.h"
+#include "ChatMessage.h"
 #include "ContentType.h"
 #include "ContentView.h"
 #include "DroppedItems.h"
@@ -25,7 +26,6 @@ const QString unreadableDropText = u"No pude leer la imagen arrastrada."_s;
 const QString tooLargeText
     = u"La imagen es demasiado grande. Elegí una imagen de menos de 12 MB."_s;
 const QString noImageText = u"El archivo no parece ser una imagen válida."_s;
-const QString defaultName = u"imagen"_s;
 
 struct ImageItem
 {
@@ -141,7 +141,8 @@ void ImageIntake::handleDroppedData(Arrival arrival, const LoadedItem &item,
     if (item.error)
         refuse(arrival, *item.error);
     else if (item.data)
-        check(arrival, *item.data, provider.suggestedName().value_or(defaultName), typeIdentifier);
+        check(arrival, *item.data, provider.suggestedName().value_or(defaultImageName),
+              typeIdentifier);
     else
         refuse(arrival, unreadableDropText);
 }

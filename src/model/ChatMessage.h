@@ -23,5 +23,9 @@ struct ChatMessage
     bool operator==(const ChatMessage &) const = default;
 };
 
+/// What an image is called and taken for that came without a name or a known type.
+inline const QString defaultImageName = QStringLiteral("imagen");
+inline const QString defaultImageMimeType = QStringLiteral("image/jpeg");
+
 // QList then moves messages as bytes, which is safe for every field of theirs.
 Q_DECLARE_TYPEINFO(ChatMessage, Q_RELOCATABLE_TYPE);

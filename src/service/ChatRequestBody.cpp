@@ -1,12 +1,12 @@
 #include "ChatRequestBody.h"
 
+#include "ChatMessage.h"
+
 #include <QJsonArray>
 #include <QJsonDocument>
 
 #include <algorithm>
 #include <utility>
-
-using namespace Qt::StringLiterals;
 
 namespace {
 
@@ -45,8 +45,8 @@ qsizetype base64Length(qsizetype size)
 std::optional<ChatRequestBody> ChatRequestBody::serialise(const ChatRequest &request)
 {
     const ChatRequestImage image = request.image.value_or(ChatRequestImage());
-    const QString mimeType = image.mimeType.value_or(u"image/jpeg"_s);
-    const QString name = image.name.value_or(u"imagen"_s);
+    const QString mimeType = image.mimeType.value_or(defaultImageMimeType);
+    const QString name = image.name.value_or(defaultImageName);
     for (const QString &text : {request.message, request.userId, mimeType, name}) {
         if (text.size() > maximumTextLength)
             return std::nullopt;

@@ -16,14 +16,14 @@ namespace {
 /// Time for the settings sheet to finish closing before the alert is presented.
 constexpr auto alertAfterSettingsDelay = 200ms;
 
-/// A title of this many user-perceived characters or more is cut to one less and an ellipsis.
-constexpr int titleLimit = 35;
+/// In user-perceived characters. A longer title is cut to this and gets an ellipsis.
+constexpr int maximumTitleLength = 34;
 
 QString titleFromText(QString text)
 {
     text.replace(u'\n', u' ');
     QTextBoundaryFinder characters(QTextBoundaryFinder::Grapheme, text);
-    for (int kept = 1; kept < titleLimit; ++kept) {
+    for (int kept = 0; kept < maximumTitleLength; ++kept) {
         if (characters.toNextBoundary() == -1)
             return text;
     }
@@ -110,7 +110,7 @@ double ContentView::textScale() const
 
 QString ContentView::selectedImageTitle() const
 {
-    return m_selectedImageName.value_or(u"imagen"_s);
+    return m_selectedImageName.value_or(defaultImageName);
 }
 
 void ContentView::loadHistory()

@@ -102,7 +102,7 @@ public:
     /// What the fonts of messages are multiplied by.
     double textScale() const;
     bool hasSelectedImage() const { return m_selectedImageData.has_value(); }
-    /// The pending image's name, or "imagen" when it has none.
+    /// The pending image's name, or the default when it has none.
     QString selectedImageTitle() const;
     bool hasImageImportError() const { return m_imageImportError.has_value(); }
     QString imageImportErrorText() const { return m_imageImportError.value_or(QString()); }
@@ -127,7 +127,7 @@ public:
     /// Appends to the selected conversation and saves; dropped when there is none.
     void appendMessage(const ChatMessage &message);
     /// Titles the selected conversation, if it still has the default title, and saves: `text` on
-    /// one line, cut to 34 user-perceived characters and "…" when it has 35 or more.
+    /// one line, cut and with an ellipsis where it is longer than a title may be.
     void updateTitle(const QString &text);
     /// Appends to a message's text, wherever it is; not saved. Dropped when there is no such
     /// message any more.

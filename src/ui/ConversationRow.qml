@@ -11,8 +11,8 @@ PlainListItem {
 
     readonly property string countText: messageCount + " mensajes"
 
-    /// A title made by this program has at most 35 characters; one that was stored by other means
-    /// may be of any length, and laying out all of it would hold up the list.
+    /// A title made by this program is shorter; one that was stored by other means may be of any
+    /// length, and laying out all of it would hold up the list.
     readonly property int longestShownTitle: 400
 
     text: title
