@@ -1,58 +1,61 @@
 #include "AuloraAppearance.h"
 
+#include "EnumCases.h"
+
 #include <QHash>
 
-using namespace Qt::StringLiterals;
+namespace {
 
-QString rawValue(AuloraAppearance appearance)
+struct Details
+{
+    QStringView rawValue;
+    QStringView label;
+    QStringView symbolName;
+};
+
+/// Nothing for a number that is no case.
+constexpr std::optional<Details> details(AuloraAppearance appearance)
 {
     switch (appearance) {
     case AuloraAppearance::system:
-        return u"system"_s;
+        return Details{
+            .rawValue = u"system", .label = u"Sistema", .symbolName = u"circle.lefthalf.filled"};
     case AuloraAppearance::light:
-        return u"light"_s;
+        return Details{.rawValue = u"light", .label = u"Claro", .symbolName = u"sun.max"};
     case AuloraAppearance::dark:
-        return u"dark"_s;
-    }
-    Q_UNREACHABLE();
-}
-
-QString label(AuloraAppearance appearance)
-{
-    switch (appearance) {
-    case AuloraAppearance::system:
-        return u"Sistema"_s;
-    case AuloraAppearance::light:
-        return u"Claro"_s;
-    case AuloraAppearance::dark:
-        return u"Oscuro"_s;
-    }
-    Q_UNREACHABLE();
-}
-
-QString symbolName(AuloraAppearance appearance)
-{
-    switch (appearance) {
-    case AuloraAppearance::system:
-        return u"circle.lefthalf.filled"_s;
-    case AuloraAppearance::light:
-        return u"sun.max"_s;
-    case AuloraAppearance::dark:
-        return u"moon"_s;
-    }
-    Q_UNREACHABLE();
-}
-
-std::optional<AuloraAppearance> appearanceFromRawValue(QStringView text)
-{
-    for (const AuloraAppearance appearance : allAppearances) {
-        if (rawValue(appearance) == text)
-            return appearance;
+        return Details{.rawValue = u"dark", .label = u"Oscuro", .symbolName = u"moon"};
     }
     return std::nullopt;
 }
 
+} // namespace
+
+QList<AuloraAppearance> allAppearances()
+{
+    return casesWith(details);
+}
+
+QString rawValue(AuloraAppearance appearance)
+{
+    return details(appearance).value_or(Details()).rawValue.toString();
+}
+
+QString label(AuloraAppearance appearance)
+{
+    return details(appearance).value_or(Details()).label.toString();
+}
+
+QString symbolName(AuloraAppearance appearance)
+{
+    return details(appearance).value_or(Details()).symbolName.toString();
+}
+
+std::optional<AuloraAppearance> appearanceFromRawValue(QStringView text)
+{
+    return caseWithRawValue(details, text);
+}
+
 size_t qHash(AuloraAppearance appearance, size_t seed)
 {
-    return qHash(rawValue(appearance), seed);
+    return qHash(details(appearance).value_or(Details()).rawValue, seed);
 }

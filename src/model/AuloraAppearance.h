@@ -1,18 +1,18 @@
 #pragma once
 
+#include <QList>
 #include <QString>
 #include <QStringView>
 
-#include <array>
 #include <cstddef>
 #include <optional>
 
 /// The appearance the user chose. The raw value, which is what is stored, is the case's name.
+/// Another case needs nothing but its details, which the compiler asks for.
 enum class AuloraAppearance { system, light, dark };
 
 /// All cases in the order in which they are offered.
-inline constexpr std::array allAppearances{AuloraAppearance::system, AuloraAppearance::light,
-                                           AuloraAppearance::dark};
+QList<AuloraAppearance> allAppearances();
 
 QString rawValue(AuloraAppearance appearance);
 QString label(AuloraAppearance appearance);

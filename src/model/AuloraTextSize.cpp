@@ -1,55 +1,57 @@
 #include "AuloraTextSize.h"
 
+#include "EnumCases.h"
+
 #include <QHash>
 
-using namespace Qt::StringLiterals;
+namespace {
 
-QString rawValue(AuloraTextSize size)
+struct Details
+{
+    QStringView rawValue;
+    QStringView label;
+    double scaleFactor;
+};
+
+/// Nothing for a number that is no case.
+constexpr std::optional<Details> details(AuloraTextSize size)
 {
     switch (size) {
     case AuloraTextSize::compact:
-        return u"compact"_s;
+        return Details{.rawValue = u"compact", .label = u"Compacto", .scaleFactor = 0.9};
     case AuloraTextSize::standard:
-        return u"standard"_s;
+        return Details{.rawValue = u"standard", .label = u"Normal", .scaleFactor = 1.0};
     case AuloraTextSize::large:
-        return u"large"_s;
+        return Details{.rawValue = u"large", .label = u"Grande", .scaleFactor = 1.15};
     }
-    Q_UNREACHABLE();
+    return std::nullopt;
+}
+
+} // namespace
+
+QList<AuloraTextSize> allTextSizes()
+{
+    return casesWith(details);
+}
+
+QString rawValue(AuloraTextSize size)
+{
+    return details(size).value_or(Details()).rawValue.toString();
 }
 
 QString label(AuloraTextSize size)
 {
-    switch (size) {
-    case AuloraTextSize::compact:
-        return u"Compacto"_s;
-    case AuloraTextSize::standard:
-        return u"Normal"_s;
-    case AuloraTextSize::large:
-        return u"Grande"_s;
-    }
-    Q_UNREACHABLE();
+    return details(size).value_or(Details()).label.toString();
 }
 
 double scaleFactor(AuloraTextSize size)
 {
-    switch (size) {
-    case AuloraTextSize::compact:
-        return 0.9;
-    case AuloraTextSize::standard:
-        return 1.0;
-    case AuloraTextSize::large:
-        return 1.15;
-    }
-    Q_UNREACHABLE();
+    return details(size).value_or(Details()).scaleFactor;
 }
 
 std::optional<AuloraTextSize> textSizeFromRawValue(QStringView text)
 {
-    for (const AuloraTextSize size : allTextSizes) {
-        if (rawValue(size) == text)
-            return size;
-    }
-    return std::nullopt;
+    return caseWithRawValue(details, text);
 }
 
 double scaleFactorForRawValue(QStringView text)
@@ -59,5 +61,5 @@ double scaleFactorForRawValue(QStringView text)
 
 size_t qHash(AuloraTextSize size, size_t seed)
 {
-    return qHash(rawValue(size), seed);
+    return qHash(details(size).value_or(Details()).rawValue, seed);
 }

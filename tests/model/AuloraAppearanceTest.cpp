@@ -44,10 +44,8 @@ void AuloraAppearanceTest::hasThreeCases()
 
 void AuloraAppearanceTest::offersThemInOrder()
 {
-    QCOMPARE(allAppearances.size(), 3);
-    QCOMPARE(allAppearances[0], AuloraAppearance::system);
-    QCOMPARE(allAppearances[1], AuloraAppearance::light);
-    QCOMPARE(allAppearances[2], AuloraAppearance::dark);
+    const QList expected{AuloraAppearance::system, AuloraAppearance::light, AuloraAppearance::dark};
+    QCOMPARE(allAppearances(), expected);
 }
 
 void AuloraAppearanceTest::namesNoCase_data()

@@ -44,10 +44,8 @@ void AuloraTextSizeTest::hasThreeCases()
 
 void AuloraTextSizeTest::offersThemInOrder()
 {
-    QCOMPARE(allTextSizes.size(), 3);
-    QCOMPARE(allTextSizes[0], AuloraTextSize::compact);
-    QCOMPARE(allTextSizes[1], AuloraTextSize::standard);
-    QCOMPARE(allTextSizes[2], AuloraTextSize::large);
+    const QList expected{AuloraTextSize::compact, AuloraTextSize::standard, AuloraTextSize::large};
+    QCOMPARE(allTextSizes(), expected);
 }
 
 void AuloraTextSizeTest::namesNoCase_data()
