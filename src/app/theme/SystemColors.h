@@ -1,5 +1,5 @@
 // The look: palette, type, symbols, continuous corners and the small controls that every screen
-// shares. Depends on nothing else of the program.
+// shares.
 #pragma once
 
 #include <QColor>

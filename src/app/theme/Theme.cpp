@@ -1,8 +1,12 @@
 #include "Theme.h"
 
+#include "AuloraAppearance.h"
+
 #include <QFontDatabase>
 #include <QGuiApplication>
 #include <QScreen>
+
+#include <optional>
 
 using namespace Qt::StringLiterals;
 
@@ -30,6 +34,20 @@ QFont interfaceFont()
         font.setFamilies({u"Inter"_s, font.family()});
 #endif
     return font;
+}
+
+/// The scheme that an appearance asks for whatever the desktop's is.
+std::optional<ColorScheme> forcedScheme(const QString &appearanceRawValue)
+{
+    switch (appearanceFromRawValue(appearanceRawValue).value_or(AuloraAppearance::system)) {
+    case AuloraAppearance::system:
+        break;
+    case AuloraAppearance::light:
+        return ColorScheme::Light;
+    case AuloraAppearance::dark:
+        return ColorScheme::Dark;
+    }
+    return std::nullopt;
 }
 
 } // namespace
@@ -94,11 +112,7 @@ QFont Theme::font(double points, int weight, double tracking)
 
 void Theme::updateScheme()
 {
-    auto scheme = m_schemeSource.scheme();
-    if (m_appearanceRawValue == "light"_L1)
-        scheme = ColorScheme::Light;
-    else if (m_appearanceRawValue == "dark"_L1)
-        scheme = ColorScheme::Dark;
+    const auto scheme = forcedScheme(m_appearanceRawValue).value_or(m_schemeSource.scheme());
     if (m_scheme == scheme)
         return;
     m_scheme = scheme;

@@ -52,7 +52,7 @@ public:
     QColor gray() const { return m_colors.gray; }
     bool isDark() const { return m_scheme == ColorScheme::Dark; }
 
-    /// "light" and "dark" force a scheme; any other text follows the desktop.
+    /// Raw value of an `AuloraAppearance`; a text that names none follows the desktop.
     QString appearanceRawValue() const { return m_appearanceRawValue; }
     void setAppearanceRawValue(const QString &rawValue);
 
