@@ -1,6 +1,5 @@
 #include "ImagePreview.h"
 
-#include "DecodingCost.h"
 #include "GifSamples.h"
 #include "HeicSamples.h"
 #include "ImageDecoder.h"
@@ -484,7 +483,7 @@ private Q_SLOTS:
         constexpr QSize photograph(8000, 6000);
         const auto bytesFor = [&](const QByteArray &chunks) {
             const QByteArray file = "RIFF\x40\1\1\1WEBP" + chunks;
-            return webpCost(file, photograph)->bytes;
+            return imageFormat(file)->cost(file, photograph)->bytes;
         };
         QCOMPARE(bytesFor("VP8 "), 0);
         QVERIFY(bytesFor("VP8L") <= maximumDecodingBytes);
