@@ -35,11 +35,11 @@ function(aulora_add_library name)
 endfunction()
 
 # aulora_add_qml_library(<name> URI <uri> SOURCES <files> [QML <files>] [SINGLETONS <files>]
-# [RESOURCES <files>] [DEPENDENCIES <modules its C++ types derive from>] [LINK <libraries>]): a static
-# library that is also one QML module.
+# [DEPENDENCIES <modules its C++ types derive from>] [LINK <libraries>]): a static library that is also
+# one QML module.
 # A program or test links <name>plugin for every module that its QML imports; libraries link <name>.
 function(aulora_add_qml_library name)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "URI" "SOURCES;QML;SINGLETONS;RESOURCES;DEPENDENCIES;LINK")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "URI" "SOURCES;QML;SINGLETONS;DEPENDENCIES;LINK")
   if(arg_SINGLETONS)
     set_source_files_properties(${arg_SINGLETONS} PROPERTIES QT_QML_SINGLETON_TYPE TRUE)
   endif()
@@ -53,7 +53,6 @@ function(aulora_add_qml_library name)
     OUTPUT_DIRECTORY ${CMAKE_BINARY_DIR}/qml/${uri_path}
     SOURCES ${arg_SOURCES}
     QML_FILES ${arg_QML} ${arg_SINGLETONS}
-    RESOURCES ${arg_RESOURCES}
     DEPENDENCIES QtQuick ${arg_DEPENDENCIES}
     IMPORT_PATH ${CMAKE_BINARY_DIR}/qml)
   target_include_directories(${name} PUBLIC ${CMAKE_CURRENT_SOURCE_DIR})
