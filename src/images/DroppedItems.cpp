@@ -66,7 +66,7 @@ public:
 
     void loadDataRepresentation(const QString &typeIdentifier, Completion completion) override
     {
-        // The toolkit hands data over only on this thread and only now.
+        // Qt hands data over only on this thread and only now.
         if (m_mimeData->hasFormat(typeIdentifier)) {
             completion({.error = {}, .data = m_mimeData->data(typeIdentifier)});
             return;

@@ -17,9 +17,9 @@
 
 namespace {
 
-/// The toolkit's own limit counts 32 bits for every pixel, also for those that take one, and is one
+/// Qt's own limit counts 32 bits for every pixel, also for those that take one, and is one
 /// for the whole process: it is put out of the way once, and decodeImage() keeps to limits of ours.
-void raiseToolkitLimit()
+void raiseQtLimit()
 {
     constexpr qint64 bytesPerMegabyte = 1 << 20;
     static std::once_flag once;
@@ -46,7 +46,7 @@ QSize announcedSize(const QImageReader &reader)
     return {size.width(), size.height() == lowest ? 0 : std::abs(size.height())};
 }
 
-/// The toolkit would turn the picture while it is still large and so need its memory twice.
+/// Qt would turn the picture while it is still large and so need its memory twice.
 QImage turned(const QImage &image, QImageIOHandler::Transformations transformation)
 {
     QImage mirrored = image.mirrored(transformation.testFlag(QImageIOHandler::TransformationMirror),
@@ -65,11 +65,11 @@ std::optional<QImage> decodeImage(const QByteArray &bytes, int longestSide)
     if (!format || bytes.size() > maximumImageBytes)
         return std::nullopt;
 
-    raiseToolkitLimit();
+    raiseQtLimit();
     QBuffer buffer;
     buffer.setData(bytes);
     buffer.open(QIODevice::ReadOnly);
-    // Naming the reader keeps every other one out: left to guess, the toolkit would ask them all.
+    // Naming the reader keeps every other one out: left to guess, Qt would ask them all.
     QImageReader reader(&buffer, format->reader);
     reader.setAutoDetectImageFormat(false);
     reader.setDecideFormatFromContent(false);

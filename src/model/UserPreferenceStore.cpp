@@ -15,7 +15,7 @@ using namespace Qt::StringLiterals;
 QString userDataFolder()
 {
     const QString folder = QStandardPaths::writableLocation(QStandardPaths::GenericDataLocation);
-    // XDG_DATA_HOME as the toolkit takes it; a relative one is to be ignored.
+    // XDG_DATA_HOME as Qt takes it; a relative one is to be ignored.
     const QString absoluteFolder
         = QDir::isAbsolutePath(folder) ? folder : QDir::homePath() + u"/.local/share"_s;
     return absoluteFolder + u"/aulora-ia"_s;

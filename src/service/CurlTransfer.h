@@ -25,7 +25,7 @@
 /// handshake, the request, a head, a body. The time that the program itself takes over what it
 /// received does not count.
 ///
-/// libcurl does what the toolkit's QNetworkAccessManager does not, in Qt 6.4.2 and 6.8.2 alike. The
+/// libcurl does what Qt's QNetworkAccessManager does not, in Qt 6.4.2 and 6.8.2 alike. The
 /// latter reports a reply as complete that was cut off or reset where it has neither length nor
 /// chunks; takes a head of 200 MB; reports garbage as a broken connection; connects again when a
 /// service breaks off early; and always sends headers of its own.

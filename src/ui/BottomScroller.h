@@ -12,7 +12,7 @@ class QQuickWindow;
 /// Every change schedules a task of its own, a moment later, and none is dropped. Tasks that are
 /// due within one frame would start the same scroll from the same place, so it is started once, and
 /// in a frame whose layout is finished, when the end of the list is known. A scroll under way moves
-/// in the frames of the toolkit's animations; those that are due meanwhile wait for the next one.
+/// in the frames of Qt's animations; those that are due meanwhile wait for the next one.
 /// One that is to start anew right after it has begun lets a frame pass, so that a flood of changes
 /// moves the list with every second frame, as a growing reply shows its lines.
 class BottomScroller : public QQuickItem

@@ -430,7 +430,7 @@ private Q_SLOTS:
     {
         QFETCH(int, orientation);
         QByteArray bytes = encoded(storedWithOrientation(quarters({120, 80}), orientation), "tiff");
-        // The toolkit's writer stores orientation 1; the entry's value is patched in place.
+        // Qt's writer stores orientation 1; the entry's value is patched in place.
         const QByteArray entry = QByteArray::fromHex("120103000100000001");
         const qsizetype at = bytes.indexOf(entry);
         QVERIFY(at >= 0);

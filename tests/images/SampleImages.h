@@ -1,4 +1,4 @@
-// Tests of taking images in and showing them. Samples are made on the spot; only what the toolkit
+// Tests of taking images in and showing them. Samples are made on the spot; only what Qt
 // cannot write is kept here as text.
 #pragma once
 
@@ -12,7 +12,7 @@ QImage quarters(QSize size);
 /// True when `image` shows quarters() the right way up, give or take what compression changes.
 bool showsQuarters(const QImage &image);
 
-/// `image` in a format the toolkit writes; quality as QImageWriter::setQuality() takes it, its
+/// `image` in a format Qt writes; quality as QImageWriter::setQuality() takes it, its
 /// default for -1.
 QByteArray encoded(const QImage &image, const QByteArray &format, int quality = -1);
 QByteArray encodedProgressively(const QImage &image);

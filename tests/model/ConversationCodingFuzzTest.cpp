@@ -81,7 +81,7 @@ public:
         return result;
     }
 
-    /// A value that no reader of conversations looks into. Of numbers only whole ones: the toolkit
+    /// A value that no reader of conversations looks into. Of numbers only whole ones: Qt
     /// takes forms that JSON does not have, and no number that is out of its range.
     QJsonValue ignoredValue(int depth)
     {
@@ -158,7 +158,7 @@ private:
     Texts m_texts;
 };
 
-/// A record as the toolkit's own JSON classes hold it, for documents they can write.
+/// A record as Qt's own JSON classes hold it, for documents they can write.
 QJsonObject toJson(const ChatMessage &message, Chance &chance)
 {
     QJsonObject object{{u"id"_s, message.id.toString(QUuid::WithoutBraces)},
@@ -205,7 +205,7 @@ bool isReadable(const QByteArray &text)
     return !reader.readValue().isEmpty() && reader.atEnd() && QUtf8StringView(text).isValidUtf8();
 }
 
-/// Whether the toolkit can read `text`, within a list because it reads no other value by itself.
+/// Whether Qt can read `text`, within a list because it reads no other value by itself.
 bool isValid(const QByteArray &text)
 {
     QJsonParseError error;
@@ -215,7 +215,7 @@ bool isValid(const QByteArray &text)
 
 } // namespace
 
-/// The coding against the toolkit's own JSON classes, and against damaged documents.
+/// The coding against Qt's own JSON classes, and against damaged documents.
 class ConversationCodingFuzzTest : public QObject
 {
     Q_OBJECT
@@ -332,7 +332,7 @@ void ConversationCodingFuzzTest::damagedDocuments()
                 QVERIFY2(isValid(document), document.constData());
                 QCOMPARE(decoded(encodeConversations(*conversations)), conversations);
             }
-            // The toolkit is laxer: it takes unknown escapes and line feeds in texts.
+            // Qt is laxer: it takes unknown escapes and line feeds in texts.
             if (isReadable(document))
                 QVERIFY2(isValid(document), document.constData());
         }

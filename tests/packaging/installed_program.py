@@ -50,7 +50,7 @@ def reply_to(program, question):
 
 
 def image_files():
-    """Images of two kinds that the toolkit reads with further plugins only, in the home folder."""
+    """Images of two kinds that Qt reads with further plugins only, in the home folder."""
     subprocess.run(["convert", "-size", "60x40", "gradient:", str(HOME / "foto.webp")], check=True)
     (HOME / "foto.heic").write_bytes(HEIC)
     return ["foto.webp", "foto.heic"]

@@ -153,7 +153,7 @@ use_programs() {
 }
 
 # Whatever the client had loaded came with it, not with the tools of this test. Left aside is what
-# the toolkit's window plug-in takes where it happens to be: cursors of a theme.
+# Qt's window plug-in takes where it happens to be: cursors of a theme.
 check_dependencies() {
     local file owner count=0
     : >"$work/missing"

@@ -113,7 +113,7 @@ TestCase {
     function verifyType(text, points, weight, tracking) {
         verifyClose(text.font.pointSize * Screen.logicalPixelDensity * 25.4 / 72, points, text.text);
         compare(text.font.weight, weight, text.text);
-        // The toolkit keeps distances in 64ths.
+        // Qt keeps distances in 64ths.
         verify(Math.abs(text.font.letterSpacing - (tracking ?? 0)) < 1 / 64, text.text);
     }
 

@@ -66,7 +66,7 @@ struct Lookups
 
 } // namespace
 
-// Takes the place of the function of libproxy, which the toolkit asks, and then calls that.
+// Takes the place of the function of libproxy, which Qt asks, and then calls that.
 // NOLINTBEGIN(readability-identifier-naming)
 extern "C" char **px_proxy_factory_get_proxies(void *factory, const char *url)
 {
@@ -299,7 +299,7 @@ void SendFlowProxiesTest::looksUpNothingBeforeAQuestion()
     QCOMPARE(Lookups::count, before);
     (void)answerTo(chat);
     if (Lookups::count == before)
-        QSKIP("this toolkit looks proxies up without libproxy");
+        QSKIP("this Qt looks proxies up without libproxy");
 }
 
 void SendFlowProxiesTest::waitsForNoLookupWithoutEnd()
@@ -312,7 +312,7 @@ void SendFlowProxiesTest::waitsForNoLookupWithoutEnd()
         TestChat impatientChat(service(std::chrono::milliseconds(impatient)));
         const QString text = answerTo(impatientChat);
         if (Lookups::count == before)
-            QSKIP("this toolkit looks proxies up without libproxy");
+            QSKIP("this Qt looks proxies up without libproxy");
         QCOMPARE(text, notice(timedOut));
 
         QElapsedTimer elapsed;

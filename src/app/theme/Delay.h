@@ -6,7 +6,7 @@
 
 /// Triggers once, some time after it was started.
 ///
-/// The toolkit's own Timer runs on the clock of its animations. When it starts just as an animation
+/// Qt's own Timer runs on the clock of its animations. When it starts just as an animation
 /// written in C++ ends, Qt 6.4 stops that clock twice and says so on the program's output.
 class Delay : public QObject
 {

@@ -4,7 +4,7 @@ import QtQuick.Templates as T
 import Aulora.Theme
 
 /// What the keyboard needs of a control: a ring around it while the keyboard got there by itself,
-/// and, when a button forwards its keys here, a press of Return, which the toolkit leaves alone.
+/// and, when a button forwards its keys here, a press of Return, which Qt leaves alone.
 Item {
     id: ring
 

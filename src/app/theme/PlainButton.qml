@@ -16,7 +16,7 @@ T.AbstractButton {
     opacity: down ? 0.65 : 1
     Keys.forwardTo: [ring]
     Accessible.name: text
-    // The toolkit offers the action to a screen reader but leaves doing it to us.
+    // Qt offers the action to a screen reader but leaves doing it to us.
     Accessible.onPressAction: {
         if (button.enabled)
             button.clicked();

@@ -14,7 +14,7 @@ T.RadioButton {
     focusPolicy: Qt.TabFocus
     opacity: down ? 0.65 : 1
     Keys.forwardTo: [ring]
-    // The role is the toolkit's own for this control; another one stated here would not count.
+    // The role is Qt's own for this control; another one stated here would not count.
     Accessible.role: Accessible.RadioButton
     Accessible.name: text
     Accessible.checkable: true

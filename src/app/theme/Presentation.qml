@@ -3,7 +3,7 @@ import QtQuick
 /// Makes a sheet when it is presented and lets it go once it has gone from sight, so that what is
 /// rarely seen costs nothing at start and keeps nothing between presentations.
 ///
-/// The toolkit's own loader refuses components that are bound to their file, before version 6.5.
+/// Qt's own loader refuses components that are bound to their file, before version 6.5.
 Item {
     id: presentation
 

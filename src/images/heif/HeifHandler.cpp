@@ -128,7 +128,7 @@ QVariant HeifHandler::option(ImageOption option) const
 {
     if (option == ScaledSize)
         return m_scaledSize;
-    // These two questions read the file, which the toolkit takes for no change of the handler.
+    // These two questions read the file, which Qt takes for no change of the handler.
     if (!const_cast<HeifHandler *>(this)->open())
         return {};
     if (option == Size)

@@ -1,9 +1,9 @@
-// Photographs in HEIC, read through libheif where the toolkit cannot read them by itself.
+// Photographs in HEIC, read through libheif where Qt cannot read them by itself.
 #pragma once
 
 #include <QImageIOPlugin>
 
-/// Adds the format "aulora-heic" to the toolkit's readers. The name keeps our limits in force where
+/// Adds the format "aulora-heic" to Qt's readers. The name keeps our limits in force where
 /// another HEIC reader happens to be installed.
 class HeifPlugin : public QImageIOPlugin
 {

@@ -40,7 +40,7 @@ protected:
     {
         if (!event->buttons().testFlag(Qt::LeftButton))
             return;
-        // The toolkit deletes it once the target has had its data.
+        // Qt deletes it once the target has had its data.
         auto *drag = new QDrag(this);
         drag->setMimeData(carriedData());
         connect(drag, &QDrag::actionChanged, this, [](Qt::DropAction action) {
