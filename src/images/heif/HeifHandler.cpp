@@ -1,7 +1,7 @@
 #include "HeifHandler.h"
 
 #include "HeifPlanes.h"
-#include "HeifTurns.h"
+#include "HeifRotation.h"
 #include "ImageLimits.h"
 
 #include <QColorSpace>

@@ -1,4 +1,4 @@
-#include "HeifTurns.h"
+#include "HeifRotation.h"
 
 #include "ByteReader.h"
 
