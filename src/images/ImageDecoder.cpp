@@ -46,8 +46,9 @@ QSize announcedSize(const QImageReader &reader)
     return {size.width(), size.height() == lowest ? 0 : std::abs(size.height())};
 }
 
-/// Qt would turn the picture while it is still large and so need its memory twice.
-QImage turned(const QImage &image, QImageIOHandler::Transformations transformation)
+/// `image` after `transformation`. QImageReader would transform it before it is scaled down, and
+/// need the memory of the large picture twice.
+QImage transformed(const QImage &image, QImageIOHandler::Transformations transformation)
 {
     QImage mirrored = image.mirrored(transformation.testFlag(QImageIOHandler::TransformationMirror),
                                      transformation.testFlag(QImageIOHandler::TransformationFlip));
@@ -90,7 +91,7 @@ std::optional<QImage> decodeImage(const QByteArray &bytes, int longestSide)
         return std::nullopt;
     if (image.width() > target.width() || image.height() > target.height())
         image = shrunk(image, target);
-    image = turned(image, transformation);
+    image = transformed(image, transformation);
     if (image.colorSpace().isValid())
         image.convertToColorSpace(QColorSpace::SRgb);
     return image;

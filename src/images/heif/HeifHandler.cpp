@@ -62,14 +62,14 @@ bool HeifHandler::open()
     if (heif_context_get_primary_image_handle(m_context.get(), &handle).code != heif_error_Ok)
         return false;
     m_handle.reset(handle);
-    m_turns = quarterTurns(m_bytes);
+    m_rotation = heifRotation(m_bytes);
     return true;
 }
 
 QSize HeifHandler::size() const
 {
     const heif_image_handle *handle = m_handle.get();
-    if (m_turns)
+    if (m_rotation)
         return {heif_image_handle_get_ispe_width(handle),
                 heif_image_handle_get_ispe_height(handle)};
     return {heif_image_handle_get_width(handle), heif_image_handle_get_height(handle)};
@@ -84,7 +84,7 @@ qint64 HeifHandler::decodingBytes() const
     double samples = std::max(samplesOfTiles, 2 * samplesPerPixel(m_bytes));
     if (heif_image_handle_has_alpha_channel(m_handle.get()) != 0)
         samples += 1;
-    const int copies = m_turns ? 1 : 2;
+    const int copies = m_rotation ? 1 : 2;
     const int bytesPerSample
         = heif_image_handle_get_luma_bits_per_pixel(m_handle.get()) > 8 ? 2 : 1;
     return qint64(double(size().width()) * size().height() * samples) * bytesPerSample * copies;
@@ -94,7 +94,7 @@ HeifHandler::Picture HeifHandler::decode() const
 {
     using Options = std::unique_ptr<heif_decoding_options, Release<heif_decoding_options_free>>;
     const Options options(heif_decoding_options_alloc());
-    options->ignore_transformations = m_turns ? 1 : 0;
+    options->ignore_transformations = m_rotation ? 1 : 0;
     // A file may say one size here and another where its tiles are laid out. The limit itself is
     // already too much for the library.
     heif_context_set_maximum_image_size_limit(m_context.get(),
@@ -137,7 +137,7 @@ QVariant HeifHandler::option(ImageOption option) const
         constexpr std::array<Transformation, 4> transformations{
             TransformationNone, TransformationRotate270, TransformationRotate180,
             TransformationRotate90};
-        return int(transformations[m_turns.value_or(0)]);
+        return int(transformations[m_rotation.value_or(0)]);
     }
     return {};
 }

@@ -8,10 +8,10 @@
 #include <memory>
 #include <optional>
 
-/// Reads the primary picture of a HEIC file, at full size or shrunk while its planes are put
-/// together: those of a large photograph fit in memory, another copy besides them does not. For the
-/// same reason plain turns are left to the reader, which makes them with the small picture; only
-/// what is to be mirrored or cropped libheif turns itself.
+/// Reads the primary picture of a HEIC file, at full size or scaled down while its planes are
+/// combined: the planes of a large photograph fit in memory, a second copy of them does not. For
+/// the same reason a picture that is only rotated is returned unrotated, for the caller to rotate
+/// when it is small. One that is mirrored or cropped as well is transformed by libheif.
 class HeifHandler : public QImageIOHandler
 {
 public:
@@ -46,7 +46,7 @@ private:
     QByteArray m_bytes;
     Context m_context;
     Handle m_handle;
-    /// Quarter turns to the left that are left to the reader.
-    std::optional<int> m_turns;
+    /// As heifRotation() gives it: what is left to the caller.
+    std::optional<int> m_rotation;
     QSize m_scaledSize;
 };

@@ -82,7 +82,7 @@ std::optional<QList<int>> propertiesOf(quint32 item, QByteArrayView associations
 
 } // namespace
 
-std::optional<int> quarterTurns(const QByteArray &heic)
+std::optional<int> heifRotation(const QByteArray &heic)
 {
     const QByteArrayView meta = contentOf(boxes(heic), "meta");
     if (meta.size() < fullBoxHeaderSize)
@@ -97,7 +97,7 @@ std::optional<int> quarterTurns(const QByteArray &heic)
     if (item == 0 || !positions)
         return std::nullopt;
 
-    int turns = 0;
+    int rotation = 0;
     for (const int position : *positions) {
         if (position < 1 || position > properties.size())
             return std::nullopt;
@@ -105,7 +105,7 @@ std::optional<int> quarterTurns(const QByteArray &heic)
         if (property.type == QByteArrayView("imir") || property.type == QByteArrayView("clap"))
             return std::nullopt;
         if (property.type == QByteArrayView("irot") && !property.content.isEmpty())
-            turns += property.content[0] & 3;
+            rotation += property.content[0] & 3;
     }
-    return turns % 4;
+    return rotation % 4;
 }

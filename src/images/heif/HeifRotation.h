@@ -4,7 +4,7 @@
 
 #include <optional>
 
-/// How many quarter turns to the left (0 to 3) the primary picture of a HEIC file wants, when it
-/// wants nothing else done to it; nothing when it is to be mirrored or cropped as well, or when the
-/// file's boxes make no sense.
-std::optional<int> quarterTurns(const QByteArray &heic);
+/// The rotation of a HEIC file's primary picture, counterclockwise in steps of 90° (0 to 3).
+/// Nothing when the picture is to be mirrored or cropped as well, or when the file's boxes are
+/// damaged.
+std::optional<int> heifRotation(const QByteArray &heic);
