@@ -76,7 +76,7 @@ void MyApp::raiseWindow()
 void MyApp::saveBeforeEnd()
 {
     // A question that waits for its image is saved without it.
-    m_imageIntake.giveUp();
+    m_imageIntake.cancelJobs();
     m_sendFlow.saveCutReply();
     m_store->flush();
 }

@@ -27,7 +27,7 @@ void ImageDropArea::dragEnterEvent(QDragEnterEvent *event)
 {
     // Of a drag that was not let in, neither the end nor the drop is told.
     setHoveringImage(m_intake && m_intake->takesDrops()
-                     && ImageIntake::bringImage(draggedItems(event->mimeData())));
+                     && ImageIntake::containsImage(draggedItems(event->mimeData())));
     event->setDropAction(Qt::CopyAction);
     event->setAccepted(m_isTargeted);
 }

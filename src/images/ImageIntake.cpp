@@ -51,12 +51,12 @@ ImageIntake::ImageIntake(ContentView *contentView, QObject *parent)
     , m_contentView(contentView)
 {
     connect(contentView, &ContentView::imageAnalysisEnabledChanged, this, [this] {
-        giveUp();
+        cancelJobs();
         Q_EMIT takesDropsChanged();
     });
     connect(contentView, &ContentView::isLoadingChanged, this, &ImageIntake::takesDropsChanged);
     // A pending image goes with the composer's text; so does one about to be pending.
-    connect(contentView, &ContentView::composerAboutToBeEmptied, this, &ImageIntake::giveUp);
+    connect(contentView, &ContentView::composerAboutToBeEmptied, this, &ImageIntake::cancelJobs);
     connect(contentView, &ContentView::selectedImageChanged, this, [this] {
         if (m_contentView->selectedImageData() != m_prepared.bytes)
             setPrepared({});
@@ -64,10 +64,10 @@ ImageIntake::ImageIntake(ContentView *contentView, QObject *parent)
 }
 
 template <typename Finish>
-auto ImageIntake::unlessGivenUp(Arrival arrival, Finish finish)
+auto ImageIntake::unlessCancelled(ImportJob job, Finish finish)
 {
-    return [this, arrival, finish](const auto &result) {
-        if (arrival.generation == m_generation)
+    return [this, job, finish](const auto &result) {
+        if (job.generation == m_generation)
             finish(result);
     };
 }
@@ -84,16 +84,16 @@ void ImageIntake::handleImportedFile(const QList<QUrl> &urls)
     if (!m_contentView->imageAnalysisEnabled() || urls.isEmpty())
         return;
     const QUrl &url = urls.first();
-    const Arrival arrival = begin();
+    const ImportJob job = beginJob();
     runThenFinish(
         loadingPool(), this, [url] { return readLocalFile(url, maximumImageBytes + 1); },
-        unlessGivenUp(arrival, [this, arrival, url](const std::optional<QByteArray> &bytes) {
+        unlessCancelled(job, [this, job, url](const std::optional<QByteArray> &bytes) {
             if (!bytes) {
-                refuse(arrival, unreadableFileText);
+                refuse(job, unreadableFileText);
                 return;
             }
             const QFileInfo file(url.fileName(QUrl::FullyDecoded));
-            check(arrival, *bytes, file.fileName(), typeForExtension(file.suffix()));
+            check(job, *bytes, file.fileName(), typeForExtension(file.suffix()));
         }));
 }
 
@@ -108,7 +108,7 @@ bool ImageIntake::takesDrops() const
     return m_contentView->imageAnalysisEnabled() && !m_contentView->isLoading();
 }
 
-bool ImageIntake::bringImage(const ItemProviders &providers)
+bool ImageIntake::containsImage(const ItemProviders &providers)
 {
     return firstImage(providers).has_value();
 }
@@ -121,11 +121,11 @@ bool ImageIntake::handleDrop(const ItemProviders &providers)
     if (!image)
         return false;
 
-    const Arrival arrival = begin();
+    const ImportJob job = beginJob();
     auto promise = std::make_shared<QPromise<LoadedItem>>();
     whenFinished(promise->future(), this,
-                 unlessGivenUp(arrival, [this, arrival, image](const LoadedItem &item) {
-                     handleDroppedData(arrival, item, *image->provider, image->typeIdentifier);
+                 unlessCancelled(job, [this, job, image](const LoadedItem &item) {
+                     handleDroppedData(job, item, *image->provider, image->typeIdentifier);
                  }));
     promise->start();
     image->provider->loadDataRepresentation(image->typeIdentifier, [promise](LoadedItem item) {
@@ -135,22 +135,21 @@ bool ImageIntake::handleDrop(const ItemProviders &providers)
     return true;
 }
 
-void ImageIntake::handleDroppedData(Arrival arrival, const LoadedItem &item,
+void ImageIntake::handleDroppedData(ImportJob job, const LoadedItem &item,
                                     const ItemProvider &provider, const QString &typeIdentifier)
 {
     if (item.error)
-        refuse(arrival, *item.error);
+        refuse(job, *item.error);
     else if (item.data)
-        check(arrival, *item.data, provider.suggestedName().value_or(defaultImageName),
-              typeIdentifier);
+        check(job, *item.data, provider.suggestedName().value_or(defaultImageName), typeIdentifier);
     else
-        refuse(arrival, unreadableDropText);
+        refuse(job, unreadableDropText);
 }
 
 void ImageIntake::acceptImage(const QByteArray &bytes, const QString &name,
                               const std::optional<QString> &typeIdentifier)
 {
-    check(begin(), bytes, name, typeIdentifier);
+    check(beginJob(), bytes, name, typeIdentifier);
 }
 
 bool ImageIntake::pasteImage()
@@ -163,74 +162,74 @@ void ImageIntake::whenSettled(std::function<void()> action)
 {
     if (m_waiting)
         return;
-    if (m_onTheirWay.isEmpty())
+    if (m_runningJobs.isEmpty())
         action();
     else
-        m_waiting = Waiting{.lastNumber = m_given, .action = std::move(action), .takeLater = {}};
+        m_waiting = Waiting{.lastNumber = m_lastJob, .action = std::move(action), .takeLater = {}};
 }
 
-void ImageIntake::giveUp()
+void ImageIntake::cancelJobs()
 {
     ++m_generation;
-    m_onTheirWay.clear();
+    m_runningJobs.clear();
     stopWaiting();
 }
 
-ImageIntake::Arrival ImageIntake::begin()
+ImageIntake::ImportJob ImageIntake::beginJob()
 {
-    m_onTheirWay.insert(++m_given);
-    return {.generation = m_generation, .number = m_given};
+    m_runningJobs.insert(++m_lastJob);
+    return {.generation = m_generation, .number = m_lastJob};
 }
 
-void ImageIntake::check(Arrival arrival, const QByteArray &bytes, const QString &name,
+void ImageIntake::check(ImportJob job, const QByteArray &bytes, const QString &name,
                         const std::optional<QString> &typeIdentifier)
 {
     if (bytes.size() > maximumImageBytes) {
-        refuse(arrival, tooLargeText);
+        refuse(job, tooLargeText);
         return;
     }
     // One decoding serves the check, the chip and the preview kept with the message.
     const auto finish
-        = [this, arrival, bytes, name, typeIdentifier](const std::optional<QByteArray> &preview) {
+        = [this, job, bytes, name, typeIdentifier](const std::optional<QByteArray> &preview) {
               if (!preview) {
-                  refuse(arrival, noImageText);
+                  refuse(job, noImageText);
                   return;
               }
-              take(arrival, {.bytes = bytes, .preview = *preview}, name, typeIdentifier);
-              end(arrival);
+              take(job, {.bytes = bytes, .preview = *preview}, name, typeIdentifier);
+              endJob(job);
           };
     runThenFinish(
         decodingPool(), this, [bytes] { return makePreviewData(bytes); },
-        unlessGivenUp(arrival, finish));
+        unlessCancelled(job, finish));
 }
 
-void ImageIntake::take(Arrival arrival, const PreparedImage &image, const QString &name,
+void ImageIntake::take(ImportJob job, const PreparedImage &image, const QString &name,
                        const std::optional<QString> &typeIdentifier)
 {
-    if (arrival.generation != m_generation || arrival.number < m_lastTaken)
+    if (job.generation != m_generation || job.number < m_lastTakenJob)
         return;
-    if (m_waiting && arrival.number > m_waiting->lastNumber) {
-        m_waiting->takeLater.insert(arrival.number, [this, arrival, image, name, typeIdentifier] {
-            take(arrival, image, name, typeIdentifier);
+    if (m_waiting && job.number > m_waiting->lastNumber) {
+        m_waiting->takeLater.insert(job.number, [this, job, image, name, typeIdentifier] {
+            take(job, image, name, typeIdentifier);
         });
         return;
     }
-    m_lastTaken = arrival.number;
+    m_lastTakenJob = job.number;
     setPrepared(image);
     m_contentView->setSelectedImage(image.bytes, name, preferredMimeType(typeIdentifier));
 }
 
-void ImageIntake::refuse(Arrival arrival, const QString &reason)
+void ImageIntake::refuse(ImportJob job, const QString &reason)
 {
     m_contentView->setImageImportError(reason);
-    end(arrival);
+    endJob(job);
 }
 
-void ImageIntake::end(Arrival arrival)
+void ImageIntake::endJob(ImportJob job)
 {
-    m_onTheirWay.remove(arrival.number);
+    m_runningJobs.remove(job.number);
     const auto isWaitedFor = [this](int number) { return number <= m_waiting->lastNumber; };
-    if (m_waiting && std::ranges::none_of(m_onTheirWay, isWaitedFor))
+    if (m_waiting && std::ranges::none_of(m_runningJobs, isWaitedFor))
         stopWaiting();
 }
 

@@ -23,9 +23,9 @@ struct ImportError
 
 /// Takes one image in, from the file chooser, a drop or the clipboard, checks it, and makes it the
 /// pending image of the main screen. Reading and checking happen off the main thread; the state
-/// changes on it. Of several images on their way the one given last is pending in the end, however
-/// long each takes. With image analysis switched off nothing is taken; what is on its way when the
-/// switch falls, or when the composer is emptied for a conversation, is given up.
+/// changes on it. Of several images imported at once the one given last is pending in the end,
+/// however long each takes. With image analysis switched off nothing is taken; an import under way
+/// when the switch is turned off, or when the composer is emptied for a conversation, is cancelled.
 class ImageIntake : public QObject
 {
     Q_OBJECT
@@ -52,7 +52,7 @@ public:
     bool takesDrops() const;
 
     /// True when there is an image among the items.
-    static bool bringImage(const ItemProviders &providers);
+    static bool containsImage(const ItemProviders &providers);
 
     /// Takes the first image among the items and returns whether there is one to take; how it
     /// turns out shows later.
@@ -66,13 +66,13 @@ public:
     /// what was copied is text, whatever picture of it comes along.
     Q_INVOKABLE bool pasteImage();
 
-    /// Calls `action` once, with every image given so far pending, refused or given up: at once
-    /// when none is on its way. Images given while it waits come after it. A second action that
-    /// comes meanwhile is dropped.
+    /// Calls `action` once every image given so far is pending, refused or cancelled: at once when
+    /// none is being imported. Images given while it waits become pending after it. A second action
+    /// that comes meanwhile is dropped.
     void whenSettled(std::function<void()> action);
 
-    /// Takes nothing of what is on its way. What waits for it is done now.
-    void giveUp();
+    /// Cancels all imports. The action that waits for them is called now.
+    void cancelJobs();
 
 Q_SIGNALS:
     void pendingPreviewChanged();
@@ -85,16 +85,16 @@ private:
         QByteArray preview;
     };
 
-    /// An image on its way in.
-    struct Arrival
+    /// The import of one image, from when it is given until it is pending, refused or cancelled.
+    struct ImportJob
     {
-        /// What m_generation was when it was given.
+        /// What m_generation was when it began.
         int generation;
-        /// Its place among all that were given.
+        /// Counted from 1, in the order in which images were given.
         int number;
     };
 
-    /// What waits until the images up to a number are settled.
+    /// An action that waits until the jobs up to a number have ended.
     struct Waiting
     {
         int lastNumber;
@@ -103,29 +103,29 @@ private:
         QMap<int, std::function<void()>> takeLater;
     };
 
-    Arrival begin();
-    /// `finish`, which does nothing once the arrival was given up.
+    ImportJob beginJob();
+    /// `finish`, which does nothing once the job was cancelled.
     template <typename Finish>
-    auto unlessGivenUp(Arrival arrival, Finish finish);
-    void handleDroppedData(Arrival arrival, const LoadedItem &item, const ItemProvider &provider,
+    auto unlessCancelled(ImportJob job, Finish finish);
+    void handleDroppedData(ImportJob job, const LoadedItem &item, const ItemProvider &provider,
                            const QString &typeIdentifier);
-    void check(Arrival arrival, const QByteArray &bytes, const QString &name,
+    void check(ImportJob job, const QByteArray &bytes, const QString &name,
                const std::optional<QString> &typeIdentifier);
-    void take(Arrival arrival, const PreparedImage &image, const QString &name,
+    void take(ImportJob job, const PreparedImage &image, const QString &name,
               const std::optional<QString> &typeIdentifier);
-    void refuse(Arrival arrival, const QString &reason);
-    void end(Arrival arrival);
+    void refuse(ImportJob job, const QString &reason);
+    void endJob(ImportJob job);
     void stopWaiting();
     void setPrepared(PreparedImage image);
 
     ContentView *m_contentView;
     PreparedImage m_prepared;
-    /// Counts the moments at which everything on its way was given up.
+    /// How often all jobs were cancelled.
     int m_generation = 0;
-    /// How many images were given, and which of them became the pending image last.
-    int m_given = 0;
-    int m_lastTaken = 0;
-    /// The numbers of those that are neither pending nor refused.
-    QSet<int> m_onTheirWay;
+    /// Numbers of the job begun last, and of the last whose image became the pending one.
+    int m_lastJob = 0;
+    int m_lastTakenJob = 0;
+    /// The numbers of the jobs that have not ended.
+    QSet<int> m_runningJobs;
     std::optional<Waiting> m_waiting;
 };

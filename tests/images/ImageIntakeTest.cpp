@@ -464,7 +464,7 @@ private Q_SLOTS:
         });
         QTest::newRow("all cleared")
             << Action([](Screen &screen) { screen.contentView.clearHistory(); });
-        QTest::newRow("given up") << Action([](Screen &screen) { screen.intake.giveUp(); });
+        QTest::newRow("given up") << Action([](Screen &screen) { screen.intake.cancelJobs(); });
     }
     void waitsNoMoreWithoutTheImage()
     {
@@ -606,7 +606,7 @@ private Q_SLOTS:
         ItemProviders items;
         for (const QStringList &itemTypes : types)
             items.append(fakeItem(itemTypes));
-        QVERIFY(!ImageIntake::bringImage(items));
+        QVERIFY(!ImageIntake::containsImage(items));
         QVERIFY(!m_screen->intake.handleDrop(items));
         settle();
         verifyNothingTaken();
@@ -618,7 +618,7 @@ private Q_SLOTS:
         const auto first
             = fakeItem({u"text/uri-list"_s, u"image/tiff"_s, u"image/png"_s}, u"radiografía"_s);
         const auto second = fakeItem({u"image/png"_s});
-        QVERIFY(ImageIntake::bringImage({text, first, second}));
+        QVERIFY(ImageIntake::containsImage({text, first, second}));
         QVERIFY(m_screen->intake.handleDrop({text, first, second}));
         QVERIFY(text->loadedTypes.isEmpty());
         QCOMPARE(first->loadedTypes, QStringList{u"image/tiff"_s});
