@@ -11,13 +11,13 @@ namespace {
 constexpr std::string_view alphabet
     = "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
 
-/// What a character contributes to the three bytes of its group, first byte lowest; for one outside
-/// the alphabet `invalid`, which no digit has bits of.
+/// The bits that each character adds to its group of three bytes, the first byte in the lowest 8
+/// bits; for a character outside the alphabet `invalid`, whose bits no digit uses.
 using Contributions = std::array<uint32_t, 256>;
 constexpr uint32_t invalid = 0xFF00'0000;
 
-/// Of the digit at `place` of a group, 0 to 3. A table for each place leaves nothing to do for a
-/// digit but to look it up.
+/// The table for the digit at `place` (0 to 3) of a group. With one table for each place a digit is
+/// looked up and not shifted.
 constexpr Contributions contributionsAt(int place)
 {
     Contributions contributions{};
@@ -68,7 +68,7 @@ std::optional<QByteArray> decodeBase64(QByteArrayView text)
         qToLittleEndian(group, out);
     }
 
-    // The digits that padding stands for count as zeros; what is left over for them must be zeros.
+    // Padding is decoded as the digit for 0; the bits that it leaves over must be 0.
     const std::array<char, groupDigits> digits{in[0], in[1], padding == 2 ? 'A' : in[2],
                                                padding > 0 ? 'A' : in[3]};
     const uint32_t group = decodedGroup(digits.data());

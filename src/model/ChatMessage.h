@@ -17,15 +17,15 @@ struct ChatMessage
     bool isUser = false;
     /// File name of the attached image; absent without an attachment.
     std::optional<QString> attachmentName;
-    /// JPEG preview of the attached image; absent when there is none, which an empty one is not.
+    /// JPEG preview of the attached image; absent when there is none. Empty bytes are not absent.
     std::optional<QByteArray> imagePreviewData;
 
     bool operator==(const ChatMessage &) const = default;
 };
 
-/// What an image is called and taken for that came without a name or a known type.
+/// The name and the media type of an image that has none of its own.
 inline const QString defaultImageName = QStringLiteral("imagen");
 inline const QString defaultImageMimeType = QStringLiteral("image/jpeg");
 
-// QList then moves messages as bytes, which is safe for every field of theirs.
+// Lets QList move messages by memcpy(), which every field allows.
 Q_DECLARE_TYPEINFO(ChatMessage, Q_RELOCATABLE_TYPE);

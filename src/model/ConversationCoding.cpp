@@ -139,8 +139,8 @@ private:
     QStringEncoder m_toUtf8{QStringEncoder::Utf8, QStringEncoder::Flag::Stateless};
 };
 
-/// Reads the records. A function that yields nothing has noted why, and where relative to what it
-/// was reading; each caller puts its own step in front of that path.
+/// Reads the records. A function that fails returns nothing, after noting the reason and the path
+/// within what it read; each caller puts its own step in front of that path.
 class ConversationDecoder
 {
 public:
@@ -215,8 +215,8 @@ private:
         std::optional<QList<ChatMessage>> messages;
         while (const auto key = reader.nextKey()) {
             const QByteArray name = unescapedJsonString(*key);
-            // Nearly all of a history: read where they stand, and skipped only when they are wrong,
-            // for a later value of the key may be right.
+            // Messages are nearly all of a history, so they are decoded here, in the first pass.
+            // Wrong ones are skipped: a later value of the same key may be right.
             if (name == "messages") {
                 hasMessages = true;
                 const JsonReader before = reader;

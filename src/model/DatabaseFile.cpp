@@ -24,7 +24,8 @@ const QString journalSuffix = u"-journal"_s;
 /// Between the database's name and the time at which it was moved aside.
 const QString asideInfix = u".corrupt-"_s;
 
-/// Leaves what the owner may do as it is: a folder made read-only is meant to be.
+/// Takes the rights of group and others away. The owner's stay: a folder made read-only is meant to
+/// be.
 void withdrawFromOthers(const QString &path)
 {
     const QFile::Permissions others = QFile::ReadGroup | QFile::WriteGroup | QFile::ExeGroup
@@ -151,7 +152,7 @@ std::optional<QString> DatabaseFile::moveAside()
     if (!isNoFile(to))
         withdrawFromOthers(to);
 
-    // SQLite would apply to another database what is in this program's log.
+    // SQLite would replay this program's log into the file that took the place of its own.
     const auto log = FileStamp::of(from + logSuffix);
     const bool isForeignToFile = !isKnownFile && log && m_knownLog && log->isSameFile(*m_knownLog);
     if (isForeignToFile || (log && log->size == 0))

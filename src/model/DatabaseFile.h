@@ -6,8 +6,8 @@
 
 #include <optional>
 
-/// The file of a database under a name that another program may give to something else at any time,
-/// and what SQLite keeps beside it. Folder and files are the user's alone.
+/// The file of a database and what SQLite keeps beside it. Another program may put something else
+/// in its place at any time. Only the user may read the folder and the files.
 class DatabaseFile
 {
 public:
@@ -18,34 +18,34 @@ public:
 
     /// Where the links lead now.
     QString path() const;
-    /// There certainly is none, which a folder that cannot be looked into leaves open.
+    /// True only when there certainly is no file; false too when the folder cannot be read.
     bool isMissing() const;
-    /// Something else than a file is there; opening it might wait for ever.
+    /// A folder, pipe or device is in its place; opening it might block for ever.
     bool isSomethingElse() const;
-    /// In bytes, of the log too.
+    /// Bytes of the file and its log together.
     qint64 size() const;
-    /// In bytes, of what SQLite has not folded into the file yet.
+    /// Bytes of the log, which SQLite has not copied into the file yet.
     qint64 logSize() const;
 
-    /// Makes the folder and an empty file where there are none. SQLite's own way would leave who
-    /// may read them to the process's file mode mask; its further files take the database's mode. A
-    /// file that was made is known from then on.
+    /// Creates the folder and an empty file where they are missing, for the user alone: SQLite
+    /// would create the file with the rights that the umask leaves. The files that SQLite adds get
+    /// the same rights as this one. A created file becomes the known one.
     Presence makePrivate();
 
-    /// Takes the file with this stamp, from now on, for the one that this program uses.
+    /// From now on the known file, which is the one this program uses, is the one with this stamp.
     void setKnown(const FileStamp &stamp);
-    /// Takes the state of the known file for this program's own doing.
+    /// Notes the present state of the known file as written by this program.
     void noteOwnWrites();
     /// A file is known that was there.
     bool wasThere() const { return m_known && !m_known->isMissing(); }
-    /// Whether another file than the known one is in its place; a missing one is none.
+    /// Whether another file is in the known one's place; false when there is none at all.
     bool isReplaced() const;
     /// Whether the known file is there as it was last noted, and whether it is there but changed.
     bool isAsNoted() const;
     bool isChanged() const;
 
-    /// Keeps what is there, and what is beside it, under another name in the same folder, and
-    /// leaves the place free. Returns that name, or nothing when it cannot be done.
+    /// Renames the file and those beside it within the folder. Returns the new name, or nothing
+    /// when that fails.
     std::optional<QString> moveAside();
     /// Deletes all that was moved aside, now or by an earlier run; false when something stays.
     bool deleteAside() const;

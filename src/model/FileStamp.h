@@ -14,9 +14,8 @@ struct FileStamp
     off_t size = 0;
     timespec modified = {};
 
-    /// Of what `path` or a symbolic link there leads to; the stamp of a missing file where there is
-    /// certainly none, and nothing when it cannot be looked at. Links in a circle stand for
-    /// themselves.
+    /// Follows symbolic links; of links in a circle it is the stamp of the first. The stamp of a
+    /// missing file when there certainly is none, and nothing when that cannot be found out.
     static std::optional<FileStamp> of(const QString &path);
     /// Of an open file.
     static std::optional<FileStamp> of(int fileDescriptor);

@@ -29,8 +29,8 @@ void printSaveFailure(const QString &description)
     printLine(u"Error guardando historial: "_s + description);
 }
 
-/// What was begun while the stored conversations could not be read, before them: newest first.
-/// That they cannot be decoded either is said once.
+/// The conversations begun while the stored ones could not be read, then the stored ones: newest
+/// first. When these cannot be decoded either, that is printed once.
 QByteArray mergedDocuments(const QByteArray &begun, const QByteArray &stored,
                            std::once_flag &isToldOfDecoding)
 {
@@ -62,7 +62,7 @@ HistoryStore::HistoryStore(PreferenceStore *store, QObject *parent)
 
 HistoryStore::~HistoryStore()
 {
-    // A failure of the last save still finds someone who says it.
+    // Flush while commitFailed is still connected, so that a failure of the last save is printed.
     m_store->flush();
 }
 

@@ -23,10 +23,10 @@ public:
     ~HistoryStore() override;
 
     /// The stored conversations, newest first; empty when there are none or the document cannot be
-    /// read or decoded, which is said in one line. Loading changes nothing that is stored, but the
-    /// next save replaces a document that cannot be decoded. One that only the disk or its rights
-    /// keep from being read is not lost: the first save that succeeds puts it behind the
-    /// conversations begun meanwhile, and the next start shows it.
+    /// read or decoded, which is printed in one line. Loading changes nothing that is stored, but
+    /// the next save replaces a document that cannot be decoded. One that cannot be read, because
+    /// of the disk or for lack of permission, is kept: the first save that succeeds appends it to
+    /// the conversations begun meanwhile, and the next start shows it.
     QList<Conversation> load() const;
 
     /// Hands `conversations` over to be encoded and committed in the background: the list is

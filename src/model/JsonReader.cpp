@@ -16,8 +16,8 @@ unsigned char endsPlainText(char character)
         | static_cast<unsigned char>(c < 0x20);
 }
 
-/// The first byte from `position` on that a JSON string cannot hold as it is. Nearly all of a
-/// history is the text of previews: a block at a time, that takes a tenth of the time.
+/// The first byte from `position` on that is not plain text of a JSON string. Checked block by
+/// block, which takes a tenth of the time: nearly all of a history is the base64 of previews.
 const char *skipPlainText(const char *position, const char *end)
 {
     constexpr qsizetype blockSize = 64;

@@ -11,14 +11,14 @@
 #include <optional>
 #include <variant>
 
-/// Why a back-end could not read what may well be there, in one line.
+/// Why stored values, if there are any, could not be read, in one line.
 struct PreferenceReadError
 {
     QString description;
 };
 
-/// Where a preference store keeps its values. Every call but construction comes from one thread,
-/// not the one that made the object; it is destroyed there too.
+/// Where a preference store keeps its values. Constructed on one thread, then used and destroyed on
+/// another.
 class PreferenceBackend
 {
 public:
@@ -36,10 +36,9 @@ public:
     virtual std::variant<std::optional<QByteArray>, PreferenceReadError> data(const QString &key)
         = 0;
 
-    /// Makes all of `changes`, durably, or none of them; no value removes the key. Returns why it
-    /// could not, in one line, or nothing when all is well. A back-end that has lost what was
-    /// stored asks for the `others`, all values that the program holds besides, and stores them
-    /// too.
+    /// Commits all of `changes` durably, or none of them; an empty value removes its key. Returns
+    /// why it failed, in one line, or nothing when it did not. A back-end whose stored values are
+    /// lost calls `others` for the other values that the program holds, and stores them too.
     virtual std::optional<QString> commit(const Values &changes,
                                           const std::function<Values()> &others)
         = 0;
@@ -48,7 +47,7 @@ public:
     /// what `commit` returns.
     virtual std::optional<QString> deleteDamaged() { return std::nullopt; }
 
-    /// What was found wrong with the store in the last calls and put right since, or will be by the
-    /// next commit: a line for each, once.
+    /// The damage that was found since the last call and that is repaired, or will be by the next
+    /// commit: one line for each.
     virtual QStringList takeRepairs() { return {}; }
 };

@@ -14,7 +14,7 @@ PreferenceStore::PreferenceStore(std::unique_ptr<PreferenceBackend> backend, QOb
 
 PreferenceStore::~PreferenceStore()
 {
-    // Ends the thread while this object can still be called from it.
+    // End the writer thread first: it calls this object.
     m_writer.reset();
 }
 

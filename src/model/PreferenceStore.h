@@ -22,14 +22,13 @@ class PreferenceWriter;
 /// up to 30 s) also without one. Destruction waits until everything accepted is on disk or has
 /// failed once more.
 ///
-/// What is stored but cannot be read, for a lack of permission or because another program holds it,
-/// counts as absent, but nothing takes its place: no commit succeeds before it is read. Then
-/// strings and booleans become again what is stored, whatever was set meanwhile, and bytes are
-/// merged.
+/// Stored values that cannot be read, for lack of permission or because another program has locked
+/// them, count as absent but are never overwritten: commits fail until they are read. Then strings
+/// and booleans take their stored values again, whatever was set meanwhile, and bytes are merged.
 ///
-/// What the program holds is the truth: a file that another program replaces, removes or writes
-/// over, or that is found damaged, gives way to a new one with every value that was set or read.
-/// Bytes that were read count as read once `remember` has said how to make them again.
+/// A file that another program replaces, removes or writes over, or that is damaged, is replaced by
+/// a new one with every value that this program has set or read. Bytes that were read are among
+/// them once `remember` has said how to make them again.
 ///
 /// Every function belongs to the thread that made the store.
 class PreferenceStore : public QObject
@@ -37,8 +36,8 @@ class PreferenceStore : public QObject
     Q_OBJECT
 
 public:
-    /// Makes the bytes of a value when they are needed: on the writer thread, so it must hold
-    /// values and no references, or on the reading thread for a read before the commit.
+    /// Makes the bytes of a value when they are needed: on the writer thread, or, for a read before
+    /// the commit, on the reading one. It must hold values and no references.
     using DataSource = std::function<QByteArray()>;
     /// Combines bytes that were set with stored ones that could only be read later, on the writer
     /// thread.
@@ -87,7 +86,7 @@ private:
     void reportNews();
 
     std::unique_ptr<PreferenceWriter> m_writer;
-    /// All strings and booleans as they now are; absent until first needed, which waits until the
-    /// writer thread has read them. Bytes are left to the writer: a history is large and read once.
+    /// All strings and booleans as they now are. Filled by the first access, which waits until the
+    /// writer thread has read them. Bytes are not kept here: a history is large and read once.
     mutable std::optional<QHash<QString, PreferenceValue>> m_scalars;
 };

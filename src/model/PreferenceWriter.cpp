@@ -9,7 +9,7 @@ using namespace std::chrono_literals;
 
 namespace {
 
-// A full disk or a folder taken away is put right by people, not within moments.
+// It takes a person to free a full disk or to bring a folder back, so retrying often is no use.
 constexpr std::chrono::seconds firstRetryDelay = 1s;
 constexpr std::chrono::seconds longestRetryDelay = 30s;
 
@@ -265,13 +265,13 @@ void PreferenceWriter::commit(std::unique_lock<std::mutex> &lock)
     lock.unlock();
     if (isNews)
         m_news();
-    // The last hold on a large history may be here; nobody waits while it is let go.
+    // Free the history outside the lock, since these may be the last references to it.
     values.clear();
     formerlyHeld.clear();
     lock.lock();
 }
 
-/// Reads what could not be read before, so that no commit takes the place of what nobody has seen.
+/// Reads the values that could not be read before, so that no commit overwrites them unread.
 std::optional<QString> PreferenceWriter::readUnread(std::unique_lock<std::mutex> &lock)
 {
     if (!m_areScalarsRead) {

@@ -19,8 +19,8 @@
 
 /// The thread that owns a preference store's back-end and does all of its reading and writing.
 ///
-/// What could not be read is never written over: a commit begins by reading it, and fails while
-/// that does.
+/// Values that could not be read are never overwritten: a commit first reads them, and fails as
+/// long as that fails.
 ///
 /// Every function may be called from any one other thread.
 class PreferenceWriter
@@ -63,9 +63,9 @@ public:
     /// How bytes set under `key` are combined with stored ones that could only be read later.
     void setMerge(const QString &key, const Merge &merge);
 
-    /// Takes the place of any value of `key` that is still pending. A removal also deletes what was
-    /// kept of damaged stores, and what could not be read. A string or boolean does nothing while
-    /// `takeLateScalars` has one of that key: whoever sets it has not seen that.
+    /// Replaces the pending value of `key`, if there is one. A removal also deletes what was kept
+    /// of damaged stores, and a value that could not be read. A string or boolean is ignored while
+    /// `takeLateScalars` has a stored one for the key, which the caller has not seen yet.
     void set(const QString &key, const PendingValue &value);
 
     /// Says how the bytes under `key`, which were read, can be made again should the store be lost;
@@ -75,8 +75,8 @@ public:
     /// Waits until nothing is pending, which is true, or a commit has failed, which is false.
     bool flush();
 
-    /// The strings and booleans that `storedScalars` was too early for, once; nothing when it was
-    /// not, or while they still cannot be read.
+    /// The stored strings and booleans, once, if they could not be read when `storedScalars` was
+    /// called and have been read since; otherwise nothing.
     std::optional<QHash<QString, PreferenceValue>> takeLateScalars();
 
     /// Why commits began to fail, once; nothing when it was taken or they succeed.
@@ -116,8 +116,8 @@ private:
     PendingValues m_pending;
     /// What the running commit took out of m_pending.
     PendingValues m_inFlight;
-    /// Every value that the store holds or is to hold, as far as this program knows them; a store
-    /// that was lost begins anew with them.
+    /// Every value that this program knows to be stored or has set; a lost store is rewritten from
+    /// them.
     PendingValues m_held;
     /// The store was lost while it was read.
     bool m_mustRewrite = false;

@@ -83,7 +83,7 @@ std::optional<QString> SettingsPreferenceBackend::commit(const Values &changes,
     return u"no se puede escribir en las preferencias"_s;
 }
 
-/// The settings, opened anew after a failure: an object that failed once says so for ever.
+/// The settings, reopened after a failure: a QSettings object never leaves its error state.
 QSettings *SettingsPreferenceBackend::settings()
 {
     if (!m_settings || m_settings->status() != QSettings::NoError)

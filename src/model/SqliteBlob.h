@@ -10,8 +10,8 @@
 class SqliteConnection;
 struct sqlite3_blob;
 
-/// One stored BLOB, open for reading. Its bytes come from the database's pages into one buffer;
-/// read as a statement's column, they would come by way of a copy of SQLite's own.
+/// One stored BLOB, open for reading. Its bytes are read from the pages into one buffer; a
+/// statement's column would first copy them into a buffer of SQLite's own.
 class SqliteBlob
 {
 public:
@@ -19,7 +19,7 @@ public:
     static std::variant<SqliteBlob, SqliteError>
     open(SqliteConnection &connection, const char *table, const char *column, qint64 rowId);
 
-    /// In bytes, as the row claims: of a damaged database it may be anything up to a gigabyte.
+    /// In bytes, as the row says; in a damaged database that may be any number up to a gigabyte.
     qint64 size() const;
     std::variant<QByteArray, SqliteError> read() const;
 

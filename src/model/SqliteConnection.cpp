@@ -17,12 +17,13 @@ std::variant<SqliteConnection, SqliteError> SqliteConnection::open(const QString
     QUrl url = QUrl::fromLocalFile(path);
     if (access == Access::readUnchanging)
         url.setQuery(u"immutable=1"_s);
-    // Without the flag that makes a missing file: that would leave its mode to the process's mask.
+    // Without SQLITE_OPEN_CREATE, which would create a missing file with the rights that the umask
+    // leaves.
     const int flags = SQLITE_OPEN_URI | SQLITE_OPEN_NOMUTEX
         | (access == Access::readWrite ? SQLITE_OPEN_READWRITE : SQLITE_OPEN_READONLY);
     sqlite3 *handle = nullptr;
     const int result = sqlite3_open_v2(url.toEncoded().constData(), &handle, flags, nullptr);
-    // There is one to close after a failure too.
+    // A failed call gives a handle to close, too.
     SqliteConnection connection(handle);
     if (result != SQLITE_OK)
         return SqliteError::of(handle);

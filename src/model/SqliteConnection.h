@@ -16,7 +16,7 @@ class SqliteConnection
 public:
     enum class Access {
         readWrite,
-        /// Reads a file that nothing changes, also where no log or index can be made beside it.
+        /// Reads a file that nobody changes, which also works where no log or index can be created.
         readUnchanging,
     };
 
@@ -30,15 +30,15 @@ public:
     /// Whether the file that was opened is no longer the one under its name.
     bool hasMoved() const;
 
-    /// Whether the disk yields the whole file. Of one that does not, SQLite may say that it is
-    /// malformed.
+    /// Whether every byte of the file can be read. SQLite may call a file malformed when it is the
+    /// disk that fails.
     bool canReadFile() const;
 
     /// Changes whenever another connection has committed something; nothing when that fails.
     std::optional<int> dataVersion();
 
-    /// Makes closing leave the log and its index alone: under their names may be another
-    /// database's by now.
+    /// Closing then leaves the log and its index alone: files of these names may belong to another
+    /// database by now.
     void keepLogOnClose();
 
     sqlite3 *handle() const { return m_handle.get(); }

@@ -7,13 +7,12 @@ struct sqlite3;
 /// Why SQLite could not do something.
 struct SqliteError
 {
-    /// SQLite's result code without the upper bits that tell variants of it apart; 0 where the
-    /// error is not SQLite's own.
+    /// SQLite's primary result code; 0 for an error that is not SQLite's.
     int code = 0;
     /// One line, in SQLite's English or in the interface's Spanish.
     QString description;
 
-    /// The last error of `connection`, which is null where there was no memory for it.
+    /// The last error of `connection`; null stands for a connection that SQLite had no memory for.
     static SqliteError of(sqlite3 *connection);
 
     /// What SQLite says of a broken database.

@@ -114,7 +114,8 @@ std::optional<QString> SqlitePreferenceBackend::commit(const Values &changes,
             break;
         }
     }
-    // Only the open connection can tell what another program commits from a write past SQLite.
+    // A busy connection stays open: only by it can another program's commit be told from a write
+    // past SQLite.
     if (!failure->isBusy())
         close();
     return failure->description;
@@ -132,14 +133,14 @@ QStringList SqlitePreferenceBackend::takeRepairs()
     return std::exchange(m_repairs, {});
 }
 
-/// Does `operation`, which only reads, even where nothing can be written, and succeeds without it
-/// where there is no database.
+/// Runs `operation`, which only reads, also where nothing can be written. Without a database it
+/// succeeds and runs nothing.
 SqlitePreferenceBackend::Failure SqlitePreferenceBackend::readAnyhow(const Operation &operation)
 {
     Failure failure = readOrMoveAside(operation);
     if (!failure || m_file.isMissing())
         return std::nullopt;
-    // Such a connection sees neither what is in the log nor what another program is changing.
+    // A connection for reading only sees neither the log nor another program's changes.
     if (failure->isBusy() || m_file.logSize() > 0)
         return failure;
     Failure readFailure = connectTo(SqliteConnection::Access::readUnchanging);
@@ -149,8 +150,8 @@ SqlitePreferenceBackend::Failure SqlitePreferenceBackend::readAnyhow(const Opera
     return readFailure;
 }
 
-/// Does `operation` on the open database: after a failure anew on a new connection the next time,
-/// and at once when the database was malformed and could be moved out of the way.
+/// Runs `operation` on the open database. A failure closes the connection, and the next call opens
+/// another one. After a malformed database was moved aside, the operation is run again at once.
 SqlitePreferenceBackend::Failure
 SqlitePreferenceBackend::readOrMoveAside(const Operation &operation)
 {
@@ -182,7 +183,7 @@ SqlitePreferenceBackend::commitOnce(const Values &changes, const std::function<V
             return failure;
     }
     if (auto failure = open()) {
-        // What is set up in part must not be taken for open.
+        // A connection that is set up in part must not count as open.
         close();
         return failure;
     }
@@ -268,8 +269,8 @@ SqlitePreferenceBackend::Failure SqlitePreferenceBackend::open()
     const bool isAsNoted = m_file.isAsNoted();
     if (auto failure = connectTo(SqliteConnection::Access::readWrite))
         return failure;
-    // A history is one value over many pages, each a read of its own and none read twice: pages are
-    // as large as can be, in a new database at least, and few of them (256 KiB) are kept.
+    // A history is one value over many pages, each read once and by a system call of its own. So a
+    // new database has the largest pages there are, and the cache is small (256 KiB).
     auto failure = m_connection->execute(
         "PRAGMA page_size=65536; PRAGMA cache_size=-256; PRAGMA journal_mode=WAL;"
         "PRAGMA synchronous=FULL; PRAGMA secure_delete=ON; PRAGMA wal_autocheckpoint=0;"
@@ -318,14 +319,14 @@ bool SqlitePreferenceBackend::isOverwritten()
         && (!m_connection || m_connection->dataVersion() == m_dataVersion);
 }
 
-/// Takes the state of the file for this program's own doing.
+/// Notes the present state of the file as written by this program.
 void SqlitePreferenceBackend::noteOwnWrites()
 {
     m_file.noteOwnWrites();
     m_dataVersion = m_connection ? m_connection->dataVersion() : std::nullopt;
 }
 
-/// Makes room for a new database because of `reason`, which is what was found.
+/// Moves the database aside, so that a new one can be made. `reason` says what was found.
 SqlitePreferenceBackend::Failure SqlitePreferenceBackend::moveAside(const QString &reason)
 {
     if (m_connection)

@@ -14,14 +14,13 @@
 /// Preferences in an SQLite database: one table, `preferences(key TEXT PRIMARY KEY, value)`, with
 /// bytes as BLOB, strings as TEXT and booleans as INTEGER. Folder and files are the user's alone.
 ///
-/// What a commit replaced or removed leaves no trace: freed pages are overwritten, and the log is
-/// folded into the database and emptied before the commit returns.
+/// A value that a commit replaced or removed leaves no trace: freed pages are overwritten, and the
+/// log is copied into the database and emptied before the commit returns.
 ///
-/// A database that SQLite calls malformed, and whatever another program has put into the place of
-/// the one that was read, or written over it, is moved aside as `<file>.corrupt-<time>`, never
-/// overwritten, and kept until its owner clears the history: then nothing of it may stay, nor in
-/// such a file. The database that takes its place, or that of one that vanished, holds all that the
-/// program does. What another program commits through SQLite is not taken for damage.
+/// A file that SQLite calls malformed, or that another program replaced or wrote over, is moved
+/// aside as `<file>.corrupt-<time>` and kept until the user clears the history, which deletes it as
+/// well. A new database is made for it, as for a file that vanished, with every value that the
+/// program holds. What another program commits through SQLite is no damage.
 class SqlitePreferenceBackend : public PreferenceBackend
 {
 public:
@@ -62,7 +61,7 @@ private:
     bool m_isLogEmpty = false;
     /// Of the open connection, when the state of the file was last noted.
     std::optional<int> m_dataVersion;
-    /// The file is new, and holds less than the program does.
+    /// The file is new and lacks values that the program holds.
     bool m_lacksValues = false;
     QStringList m_repairs;
 };

@@ -16,8 +16,8 @@ class SqliteStatement
 public:
     enum class Step { row, done, failed };
 
-    /// A statement that cannot be prepared, or a value that SQLite does not take, as one of more
-    /// than a thousand million bytes, fails with the first step: it would be stored as NULL.
+    /// The first step fails when the statement cannot be prepared, or when SQLite refuses a value,
+    /// such as one of more than 1,000,000,000 bytes, which would otherwise be stored as NULL.
     SqliteStatement(SqliteConnection &connection, const char *sql);
 
     /// Sets the parameter at `index`, counted from 1, without a copy: the value must live until the

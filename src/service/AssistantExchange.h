@@ -18,8 +18,8 @@
 /// One question sent to the assistant and its reply, however long, read line by line. Ends with
 /// exactly one of `finished` and `failed`.
 ///
-/// The transfer has a thread of its own. It waits while the thread of this object has not taken
-/// the lines received so far, and each turn of its event loop takes those of at most 16 KiB.
+/// The transfer has a thread of its own. It waits until the thread of this object has handled the
+/// lines received so far, which in each turn of the event loop come from at most 16 KiB.
 class AssistantExchange : public QObject
 {
     Q_OBJECT
@@ -51,7 +51,7 @@ private:
     QFutureWatcher<QNetworkProxy> m_proxyLookup;
     QTimer m_proxyTimer;
     std::unique_ptr<CurlTransfer> m_transfer;
-    /// Free while no lines wait to be taken.
+    /// Available while no lines wait to be handled.
     QSemaphore m_mayTell{1};
     QTimer m_nextTurn;
     std::thread m_thread;

@@ -17,6 +17,6 @@ struct AssistantService
     std::chrono::milliseconds idleTimeout = std::chrono::seconds(300);
 };
 
-/// PEM of everything that `service` may be vouched for by: its extra anchors and the certificates
-/// in the file `systemRoots`, if there is one.
+/// PEM of all certificates that the service's own may be signed by: the extra anchors and those in
+/// the file `systemRoots`, if there is one.
 QByteArray trustAnchors(const AssistantService &service, const QString &systemRoots);

@@ -19,7 +19,8 @@ namespace {
 constexpr int switchingProtocols = 101;
 constexpr int noContent = 204;
 
-/// A socket whose other side has gone must not end the program. Applies to the calling thread.
+/// Blocks SIGPIPE on the calling thread: writing to a socket that the other side has closed would
+/// end the program.
 void blockBrokenPipeSignal()
 {
     sigset_t signals;
@@ -28,7 +29,7 @@ void blockBrokenPipeSignal()
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
 }
 
-/// Whether what came is no HTTP, or none that libcurl takes.
+/// Whether the reply is not HTTP, or HTTP that libcurl rejects.
 bool isInvalidResponse(CURLcode code)
 {
     // CURLE_TOO_LARGE, a line of a head longer than 100 KiB: CURLE_OUT_OF_MEMORY before 8.6.
@@ -138,13 +139,13 @@ bool CurlTransfer::setUp(curl_slist *headers)
         && set(CURLOPT_HTTP_VERSION, long(CURL_HTTP_VERSION_1_1))
         && set(CURLOPT_HTTPHEADER, headers) && set(CURLOPT_POST, 1L)
         && set(CURLOPT_POSTFIELDSIZE_LARGE, curl_off_t(m_body.contentLength()))
-        // Without a way back to its beginning, the question cannot be sent again.
+        // Without a function to seek by, libcurl cannot send the question again.
         && set(CURLOPT_READFUNCTION, giveRequestBody) && set(CURLOPT_READDATA, this)
         && set(CURLOPT_HEADERFUNCTION, takeHeadLine) && set(CURLOPT_HEADERDATA, this)
         && set(CURLOPT_WRITEFUNCTION, takeReplyBody) && set(CURLOPT_WRITEDATA, this)
         && set(CURLOPT_DEBUGFUNCTION, watchTls) && set(CURLOPT_DEBUGDATA, this)
         && set(CURLOPT_VERBOSE, 1L)
-        // Signals belong to the program, and a lookup of a name that hangs is left behind.
+        // libcurl uses no signals, and does not wait for a name lookup that hangs.
         && set(CURLOPT_NOSIGNAL, 1L) && set(CURLOPT_QUICK_EXIT, 1L) && setUpTrust();
 }
 
@@ -201,7 +202,7 @@ size_t CurlTransfer::takeReplyBody(char *bytes, size_t size, size_t count, void 
 
 int CurlTransfer::watchTls(CURL *, curl_infotype type, char *bytes, size_t size, void *transfer)
 {
-    // The one TLS message of two bytes is the alert; this one is a warning, close_notify.
+    // Of all TLS messages only alerts have two bytes. These are a warning and close_notify.
     constexpr std::string_view closeNotify("\x01\x00", 2);
     if (type == CURLINFO_SSL_DATA_IN && std::string_view(bytes, size) == closeNotify)
         static_cast<CurlTransfer *>(transfer)->m_hasCloseNotify = true;

@@ -25,10 +25,9 @@
 /// handshake, the request, a head, a body. The time that the program itself takes over what it
 /// received does not count.
 ///
-/// libcurl does what Qt's QNetworkAccessManager does not, in Qt 6.4.2 and 6.8.2 alike. The
-/// latter reports a reply as complete that was cut off or reset where it has neither length nor
-/// chunks; takes a head of 200 MB; reports garbage as a broken connection; connects again when a
-/// service breaks off early; and always sends headers of its own.
+/// Why not QNetworkAccessManager: in Qt 6.4.2 and 6.8.2 it reports a reply without length or chunks
+/// as complete when it was cut off or reset; accepts a head of 200 MB; reports garbage as a broken
+/// connection; connects again when a service breaks off early; and always sends headers of its own.
 class CurlTransfer
 {
 public:
@@ -52,8 +51,8 @@ private:
     using Clock = std::chrono::steady_clock;
     using HeaderList = std::unique_ptr<curl_slist, decltype(&curl_slist_free_all)>;
 
-    // What libcurl calls; the last parameter is this object. It gives up when it gets back another
-    // size than it gave.
+    // libcurl's callbacks; the last parameter is this object. Returning another size than was given
+    // ends the transfer.
     static size_t giveRequestBody(char *buffer, size_t size, size_t count, void *transfer);
     static size_t takeHeadLine(char *line, size_t size, size_t count, void *transfer);
     static size_t takeReplyBody(char *bytes, size_t size, size_t count, void *transfer);
@@ -68,7 +67,7 @@ private:
     long info(CURLINFO info) const;
 
     void setMulti(CURLM *multi);
-    /// Transfers until there is a result, and is that.
+    /// Runs the transfer to its end and returns the result.
     CURLcode transfer(CURLM *multi);
     size_t fillRequestBody(char *buffer, size_t capacity);
     // False when the reply is not to be read any further.
@@ -90,9 +89,9 @@ private:
     QByteArray m_block;
     size_t m_headSize = 0;
     bool m_hasHead = false;
-    /// Nothing but the end of the connection ends the reply.
+    /// The reply has neither length nor chunks: the end of the connection is its end.
     bool m_endsWithConnection = false;
-    /// TLS has said that the service ends the connection on purpose.
+    /// The service has sent TLS's close_notify: it ends the connection on purpose.
     bool m_hasCloseNotify = false;
     /// Why this object gave up the transfer.
     std::optional<QString> m_failure;
@@ -100,6 +99,6 @@ private:
 
     std::atomic<bool> m_isAborted = false;
     std::mutex m_multiMutex;
-    /// Guarded by the mutex: there only while it can be woken up.
+    /// Guarded by the mutex; null while there is nothing to wake up.
     CURLM *m_multi = nullptr;
 };

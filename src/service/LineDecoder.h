@@ -9,8 +9,8 @@
 
 /// Turns the bytes of a reply, in whatever chunks they arrive, into lines of text.
 ///
-/// A line ends at LF, CR, CR LF, NEL, LINE SEPARATOR or PARAGRAPH SEPARATOR, also when a chunk
-/// ends in the middle of one, and is told without its line end. Empty lines are lines. Bytes that
+/// A line ends at LF, CR, CR LF, NEL, LINE SEPARATOR or PARAGRAPH SEPARATOR, also when a chunk ends
+/// in the middle of one, and is returned without its line end. Empty lines are lines. Bytes that
 /// are no UTF-8 never stop a reply: each maximal subpart of an ill-formed sequence becomes one
 /// U+FFFD, as Unicode recommends. Every other character passes through, NUL and a byte order mark
 /// included.
@@ -22,7 +22,7 @@ public:
     QStringList decode(QByteArrayView bytes);
 
     /// The last line when no line end follows it; nothing when the bytes ended with a line end.
-    /// The decoder is as new afterwards.
+    /// Resets the decoder.
     std::optional<QString> finish();
 
 private:

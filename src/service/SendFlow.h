@@ -42,8 +42,8 @@ public:
     /// to send or an exchange is under way.
     Q_INVOKABLE void sendMessage();
 
-    /// Saves the reply that the end of the program cuts, as it is shown: not trimmed, and without
-    /// a notice. Does nothing when none has begun to appear.
+    /// Saves a reply that is still growing when the program ends, as it is shown: not trimmed, and
+    /// without a notice. Does nothing before its first line.
     void saveCutReply();
 
 private:

@@ -7,8 +7,7 @@
 /// The first proxy that the system's settings name for `url`, with the name and password that they
 /// hold for it; none for this machine itself.
 ///
-/// The answer can take long, because it may need a script from the network, and a lookup cannot be
-/// called off. It is left behind where nobody waits for it any more; should it still run when the
-/// program ends, the window and everything else is gone by then and only the process stays until
-/// the lookup ends.
+/// A lookup may load a script from the network, can take long and cannot be cancelled. When one
+/// still runs at the end of the program, the window is gone at once and only the process stays
+/// until the lookup ends.
 QFuture<QNetworkProxy> lookUpSystemProxy(const QUrl &url);

@@ -40,8 +40,8 @@ struct CurlFailure
 /// What the machine's network interfaces say now. Sends nothing.
 NetworkPresence currentNetworkPresence();
 
-/// What `failure` means here. Without a network every name is unknown and every address
-/// unreachable, so those are then told as what they are.
+/// The error that `failure` stands for. Without a network, an unknown name or an unreachable
+/// address means that there is no network.
 TransportError transportErrorFrom(const CurlFailure &failure, NetworkPresence presence);
 
 /// One Spanish sentence for the user: libcurl's own texts are English and quote the address.

@@ -47,7 +47,7 @@ MessageListModel::MessageListModel(ConversationListModel *conversations, QObject
                 if (index == m_shown)
                     this->messageTextChanged(messageIndex);
             });
-    // What is untold belongs to the rows as they were.
+    // A text change that is not announced yet belongs to the rows before the reset.
     connect(this, &QAbstractItemModel::modelAboutToBeReset, this, [this] { m_untoldTextRow = -1; });
 }
 
@@ -109,7 +109,7 @@ QVariant MessageListModel::data(const QModelIndex &index, int role) const
     case AttachmentNameRole:
         return message.attachmentName.value_or(QString());
     case ImagePreviewDataRole:
-        // Empty but not null, which a view could not ask for its length.
+        // Empty but not null: QML could not ask a null one for its byteLength.
         return message.imagePreviewData.value_or(QByteArray(""));
     default:
         return {};

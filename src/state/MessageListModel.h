@@ -12,9 +12,8 @@ class ConversationListModel;
 /// The messages of the selected conversation, oldest first; empty when nothing is selected or no
 /// conversation has the selected id.
 ///
-/// Pieces of text that arrive within one frame of the screen are told to views together, by
-/// `dataChanged`: each time a view takes the text, the next piece has to copy it. `changed` tells
-/// of every piece.
+/// Pieces of text that arrive within one frame are announced by one `dataChanged`: once a view
+/// shares the text, the next piece has to copy all of it. `changed` is emitted for every piece.
 class MessageListModel : public QAbstractListModel
 {
     Q_OBJECT
