@@ -103,8 +103,8 @@ Rectangle {
         id: announcement
     }
 
-    // The reply is told of as a whole, whichever conversation is looked at meanwhile. A notice takes
-    // the place of the end that comes with it.
+    // Announces start and end of a reply, whichever conversation is shown meanwhile. An error
+    // notice ends the reply as well, and is announced instead of that end.
     Connections {
         target: detail.contentView
 

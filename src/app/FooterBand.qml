@@ -2,7 +2,7 @@ import QtQuick
 import Aulora.Theme
 import Aulora.Ui
 
-/// The band at the foot of the detail column: what this is, and whose work it is.
+/// The band at the foot of the detail column, with the product's name and its author.
 FooterStrip {
     id: band
 

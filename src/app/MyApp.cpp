@@ -41,7 +41,7 @@ MyApp::MyApp(std::unique_ptr<PreferenceStore> store, QObject *parent)
 bool MyApp::start()
 {
     m_engine.addImportPath(u":/qt/qml"_s);
-    // Qt's own thread reads the window's types while this one reads the history.
+    // Qt compiles the window's QML on its own thread while this one reads the history.
     const QUrl mainWindow(u"qrc:/qt/qml/Aulora/MainWindow.qml"_s);
     const QQmlComponent types(&m_engine, mainWindow, QQmlComponent::Asynchronous);
     m_contentView.loadHistory();

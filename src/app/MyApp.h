@@ -28,8 +28,8 @@ public:
     /// Brings the window to the front.
     void raiseWindow();
 
-    /// Saves what would be lost with the process: a reply that is still growing, as it is shown,
-    /// and whatever is not on disk yet. Waits until it is there, or could not be written.
+    /// Saves a reply that is still growing, as it is shown, and everything else that is not on disk
+    /// yet. Waits until it is written or has failed.
     void saveBeforeEnd();
 
 private:

@@ -30,7 +30,8 @@ void quitOnTerminationSignals()
         if (action.sa_handler != SIG_IGN)
             sigaddset(&signals, signal);
     }
-    // Blocked here and so in every thread that comes, they wait for the one that takes them.
+    // Blocked in this thread and so in all that it starts, the signals reach only the thread that
+    // waits for them.
     pthread_sigmask(SIG_BLOCK, &signals, nullptr);
     std::thread([signals] {
         int signal = 0;

@@ -1,4 +1,4 @@
-// How the program ends when something other than its window says so.
+// How the program ends by a signal, the end of the session or the loss of the display.
 #pragma once
 
 /// From now on SIGTERM, SIGINT and SIGHUP quit the program through its event loop, as closing the
@@ -6,13 +6,14 @@
 /// under nohup, stays ignored. To be called before any thread is started.
 void quitOnTerminationSignals();
 
-/// Whether one of them has come. Before the event loop runs, that alone does not quit.
+/// Whether one of these signals has come. One that comes before the event loop runs does not quit
+/// by itself.
 bool isEndRequested();
 
-/// Ends the process in five seconds, unless it has ended before: a disk or network share that does
-/// not answer could hold it for ever. With a line on standard output and status 1, unless all was
-/// saved by then.
+/// Ends the process after five seconds if it has not ended by then: a disk or network share that
+/// does not answer could block it for ever. If not everything is saved, it prints a line and ends
+/// with status 1.
 void limitTimeToEnd();
 
-/// Nothing that the process still does matters to anybody.
+/// Everything is saved: from now on limitTimeToEnd() ends the process with status 0.
 void noteAllSaved();

@@ -2,8 +2,8 @@ import QtQuick
 import Aulora.Theme
 import Aulora.Ui
 
-/// The line between sidebar and detail column; dragging it changes the sidebar's width. It takes
-/// no room itself: the line lies on the detail column's leading edge.
+/// The line between sidebar and detail column; dragging it changes the sidebar's width. It takes no
+/// width in the layout: the line lies on the detail column's leading edge.
 Item {
     id: handle
 

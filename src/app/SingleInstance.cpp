@@ -22,10 +22,10 @@ namespace {
 constexpr auto answerTimeout = 2s;
 /// A little more than the five seconds that a program has for its end.
 constexpr auto endTimeout = 6s;
-/// How long one look at the socket takes, before the next at the lock.
+/// How long to wait at the socket before trying the lock again.
 constexpr auto lookInterval = 50ms;
 
-/// A socket's path may have about a hundred bytes, so the data folder is named by its digest.
+/// A socket's path has room for about 100 bytes, so it holds a digest of the data folder's path.
 QString socketPathFor(const QString &dataFolder)
 {
     const QByteArray path = QDir(dataFolder).absolutePath().toUtf8();
@@ -51,7 +51,7 @@ SingleInstance::SingleInstance(const QString &folder, QObject *parent)
 
 SingleInstance::~SingleInstance()
 {
-    // The file stays: removed, it could be locked by two.
+    // The file is not removed: one process could lock the removed file and another a new one.
     if (m_lockFile >= 0)
         ::close(m_lockFile);
 }
@@ -62,7 +62,7 @@ SingleInstance::Outcome SingleInstance::claim()
     QLocalSocket first;
     const QDeadlineTimer answerDeadline(answerTimeout);
     const QDeadlineTimer endDeadline(endTimeout);
-    // The holder may end while it is waited for, or not listen yet.
+    // The process that holds the lock may end meanwhile, or not listen yet.
     do {
         if (takeLock()) {
             listen();
@@ -90,7 +90,7 @@ bool SingleInstance::takeLock()
 
 void SingleInstance::listen()
 {
-    // What a killed instance left behind would make listening fail.
+    // Remove the socket of a killed instance, with which listening fails.
     QLocalServer::removeServer(m_socketPath);
     m_server.listen(m_socketPath);
 }

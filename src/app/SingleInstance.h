@@ -10,9 +10,9 @@ class QLocalSocket;
 /// One running program per user and data folder. Two would undo each other's saves, since each
 /// rewrites the whole history; so a second launch raises the first's window and leaves.
 ///
-/// What says that another runs is a lock (`flock`) on the file `instance.lock` in that folder. The
-/// kernel gives it back when its holder dies, and nothing that the file contains counts. The
-/// holder is spoken to through a socket in the user's runtime folder.
+/// The running program holds a lock (`flock`) on the file `instance.lock` in that folder, whose
+/// content does not matter; the kernel releases the lock when the process dies. A second launch
+/// reaches it through a socket in the user's runtime folder.
 class SingleInstance : public QObject
 {
     Q_OBJECT
@@ -31,10 +31,10 @@ public:
     SingleInstance(const SingleInstance &) = delete;
     SingleInstance &operator=(const SingleInstance &) = delete;
 
-    /// Takes the lock, or asks its holder to raise its window and waits for its answer or its end:
-    /// for two seconds, and for six while it does not listen, since it is starting or ending then.
-    /// Makes the folder if need be. Where no lock can be made, as in a read-only folder, the
-    /// program counts as the first: nothing can be saved there.
+    /// Takes the lock, or asks the process that holds it to raise its window, and waits until that
+    /// answers or ends: two seconds, or six while it does not listen because it is starting or
+    /// ending. Creates the folder if it is missing. Where no lock can be made, as in a read-only
+    /// folder, this process counts as the first: nothing can be saved there.
     Outcome claim();
 
     /// This first instance is ending: another launch waits for that instead of for an answer.

@@ -34,7 +34,7 @@ void saveAndEnd()
 QtMessageHandler printMessage = nullptr;
 
 /// Qt prints one of these messages when the display is gone, and then ends the process by itself:
-/// with exit() for X11, of which nothing in main() learns, and with _exit() for Wayland.
+/// with exit() for X11, which does not return to main(), and with _exit() for Wayland.
 void saveWhenTheDisplayIsLost(QtMsgType type, const QMessageLogContext &context,
                               const QString &message)
 {
@@ -43,8 +43,7 @@ void saveWhenTheDisplayIsLost(QtMsgType type, const QMessageLogContext &context,
         return;
     if (message.startsWith("The X11 connection broke"_L1))
         saveAndEnd();
-    // Qt 6.4 may say so on another thread. 6.5 and newer connect again where the desktop wants
-    // that.
+    // Qt 6.4 may print this on another thread. Qt 6.5 and newer can connect again.
     if (message.startsWith("The Wayland connection"_L1)) {
 #if QT_VERSION < QT_VERSION_CHECK(6, 5, 0)
         limitTimeToEnd(); // the program's own thread may be waiting for this one
@@ -77,7 +76,7 @@ int runProgram()
     MyApp myApp(makeUserPreferenceStore());
     QObject::connect(&instance, &SingleInstance::raiseRequested, &myApp, &MyApp::raiseWindow);
     runningApp = &myApp;
-    // Another thread may print at any time, so the handler is known before it is replaced.
+    // Another thread may print at any time, so the old handler is stored before it is replaced.
     printMessage = qInstallMessageHandler(nullptr);
     qInstallMessageHandler(saveWhenTheDisplayIsLost);
     // A signal that came before the event loop runs.
@@ -102,22 +101,22 @@ int runProgram()
 int main(int argc, char *argv[])
 {
     quitOnTerminationSignals();
-    // A line that nobody reads must not end the program.
+    // Printing to a closed pipe must not end the program.
     std::signal(SIGPIPE, SIG_IGN);
     QGuiApplication::setApplicationName(u"aulora-ia"_s);
     QGuiApplication::setApplicationDisplayName(u"Aulora IA"_s);
     QGuiApplication::setDesktopFileName(u"ar.aulora.AuloraIA"_s);
     const QGuiApplication application(argc, argv);
-    // The same glyphs everywhere: message text is painted, labels are scene graph nodes. Scaled,
-    // Qt 6.4 leaves letters out of such nodes, and its own way of drawing them is as good there.
+    // The same glyphs everywhere: message text is painted, labels are scene graph nodes. At other
+    // scale factors Qt 6.4 leaves letters out of such nodes, so Qt draws labels its own way.
     if (application.devicePixelRatio() == 1)
         QQuickWindow::setTextRenderType(QQuickWindow::NativeTextRendering);
     // Where an installed program has its plugins; one that was only built has them beside it.
     QGuiApplication::addLibraryPath(QGuiApplication::applicationDirPath() + u"/../lib/aulora-ia"_s);
 
     const int status = runProgram();
-    // All is saved by now. A read from a mount that no longer answers never ends, a decoder only
-    // when it is through: they hold nothing up, and must not find the program half destroyed.
+    // Everything is saved by now. A read from a mount that does not answer never ends, and decoding
+    // cannot be stopped: end without waiting for them, and without destroying what they use.
     if (!finishBackgroundWork(300ms)) {
         std::fflush(nullptr);
         std::_Exit(status);

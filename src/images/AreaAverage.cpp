@@ -32,9 +32,9 @@ AreaAverage::AreaAverage(QSize source, QSize target)
     , m_sums(m_row.size() * target.height())
 { }
 
-// A pixel of the source is as wide as the target has columns, and one of the target as the source
-// has, so that all borders lie on whole numbers. A row's sums stay below 2^32 for sources up to
-// 16 million pixels wide.
+// Distances are counted so that every border of a pixel is a whole number: a source pixel is as
+// wide as the target has columns, and a target pixel as wide as the source has columns. A row's
+// sums stay below 2^32 for sources up to 16 million pixels wide.
 void AreaAverage::addRow(int y, const uchar *pixels, int count, int first, int step)
 {
     if (y < 0 || y >= m_source.height() || first < 0 || first >= m_source.width())

@@ -4,9 +4,9 @@
 #include <QList>
 #include <QSize>
 
-/// A picture shrunk while its pixels come, in any order: every pixel counts in the result by the
-/// area it covers there, and what never came is transparent. It holds 32 bytes for every pixel of
-/// the result, however large the picture is.
+/// Scales a picture down while its pixels are decoded, in any order. A pixel of the result is the
+/// average of the source pixels it covers, weighted by area; pixels that were never added are
+/// transparent. Takes 32 bytes for each pixel of the result, however large the source is.
 class AreaAverage
 {
 public:
@@ -18,7 +18,7 @@ public:
     /// beyond the picture's edges are left out.
     void addRow(int y, const uchar *pixels, int count, int first = 0, int step = 1);
 
-    /// The average of all that came. Null when there is no memory for it.
+    /// The result so far. Null when there is no memory for it.
     QImage image() const;
 
 private:

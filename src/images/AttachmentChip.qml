@@ -3,7 +3,7 @@ import QtQuick
 import Aulora.Images
 import Aulora.Theme
 
-/// The image waiting to be sent: its thumbnail, its name, and a button that takes it away.
+/// The image waiting to be sent: its thumbnail, its name, and a button that removes it.
 Item {
     id: chip
 

@@ -4,7 +4,7 @@
 
 namespace {
 
-// Never destroyed: the destructor of a pool waits for its threads.
+// Never destroyed: a pool's destructor waits for its threads, and one of them may hang.
 QThreadPool *makePool(int threads)
 {
     auto *pool = new QThreadPool;

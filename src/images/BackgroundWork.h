@@ -12,11 +12,11 @@
 QThreadPool *decodingPool();
 
 /// The threads on which files and other programs' images are loaded. A file on a mount that no
-/// longer answers holds one for ever; the others go on.
+/// longer answers blocks one of them for ever; the others go on.
 QThreadPool *loadingPool();
 
-/// Drops what has not begun and waits for the rest, at most for `patience`. False when some of it
-/// still runs: the program must then end without destroying what that may use.
+/// Drops what has not begun and waits for the rest, at most for `patience`. False when some work
+/// still runs: the program must then end without destroying what that work uses.
 bool finishBackgroundWork(std::chrono::milliseconds patience);
 
 /// Calls `finish` with the future's result, on the thread of `context`, unless `context` is gone or

@@ -12,6 +12,6 @@ std::optional<QString> typeForExtension(const QString &extension);
 /// True when `typeIdentifier` names a known type that is a kind of image.
 bool conformsToImage(const QString &typeIdentifier);
 
-/// What to call the contents towards others: the preferred MIME name of a known type, and
-/// image/jpeg for no type or one that nobody knows.
+/// The MIME type to send: the preferred name of a known type, and the default for no type or an
+/// unknown one.
 QString preferredMimeType(const std::optional<QString> &typeIdentifier);

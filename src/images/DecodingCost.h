@@ -2,15 +2,14 @@
 
 #include <QtGlobal>
 
-/// What reading an image takes, estimated from above and from its header alone, before any memory
-/// is given to it.
+/// An upper bound of what decoding an image takes, by its header alone and before memory is
+/// allocated for it.
 struct DecodingCost
 {
-    /// Peak memory in bytes, besides the file itself and what stands for the image at the size
-    /// asked for.
+    /// Peak memory in bytes, without the file itself and the resulting image.
     qint64 bytes = 0;
     /// Pixels visited, counting every pass.
     qint64 work = 0;
-    /// The reader makes the small image while it reads, quicker than from the whole one.
+    /// The reader scales down while it reads, which is faster than scaling the whole image.
     bool scalesWhileReading = false;
 };

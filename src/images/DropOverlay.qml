@@ -37,7 +37,7 @@ Item {
         width: stack.implicitWidth + 60
         height: stack.implicitHeight + 60
         radius: 18
-        // What would show through is not blurred here, and would be read with the text.
+        // Opaque: what is below is not blurred, and would be hard to tell from the text.
         color: Theme.dark ? Theme.windowBackground : Theme.panelBackground
         borderColor: Theme.hairline
         borderWidth: 1

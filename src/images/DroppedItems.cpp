@@ -56,7 +56,7 @@ public:
     {
         QStringList types = m_mimeData->formats();
         types.removeIf([](const QString &type) { return !conformsToImage(type); });
-        // Some desktops hand over a decoded picture and no format at all.
+        // Some desktops offer a decoded picture and no format at all.
         if (types.isEmpty() && m_mimeData->hasImage())
             types.append(pngType);
         return types;
@@ -66,7 +66,7 @@ public:
 
     void loadDataRepresentation(const QString &typeIdentifier, Completion completion) override
     {
-        // Qt hands data over only on this thread and only now.
+        // Qt gives data on this thread only, and only during the event.
         if (m_mimeData->hasFormat(typeIdentifier)) {
             completion({.error = {}, .data = m_mimeData->data(typeIdentifier)});
             return;

@@ -17,8 +17,9 @@
 
 namespace {
 
-/// Qt's own limit counts 32 bits for every pixel, also for those that take one, and is one
-/// for the whole process: it is put out of the way once, and decodeImage() keeps to limits of ours.
+/// Qt's allocation limit assumes 32 bits for every pixel, even of pictures with one bit, and holds
+/// for the whole process. It is raised once so that it never applies; decodeImage() has its own
+/// limits.
 void raiseQtLimit()
 {
     constexpr qint64 bytesPerMegabyte = 1 << 20;
@@ -37,8 +38,8 @@ QSize fitted(QSize size, int longestSide)
             std::max(1, qRound(size.height() * factor))};
 }
 
-/// The size the reader announces. A bitmap whose rows go from the top down announces a negative
-/// height.
+/// The size the reader announces. A BMP whose rows are stored from top to bottom announces a
+/// negative height.
 QSize announcedSize(const QImageReader &reader)
 {
     const QSize size = reader.size();
@@ -70,7 +71,7 @@ std::optional<QImage> decodeImage(const QByteArray &bytes, int longestSide)
     QBuffer buffer;
     buffer.setData(bytes);
     buffer.open(QIODevice::ReadOnly);
-    // Naming the reader keeps every other one out: left to guess, Qt would ask them all.
+    // Only the named reader sees the bytes: without a name Qt would try every installed one.
     QImageReader reader(&buffer, format->reader);
     reader.setAutoDetectImageFormat(false);
     reader.setDecideFormatFromContent(false);

@@ -25,7 +25,7 @@ void ImageDropArea::setIntake(ImageIntake *intake)
 
 void ImageDropArea::dragEnterEvent(QDragEnterEvent *event)
 {
-    // Of a drag that was not let in, neither the end nor the drop is told.
+    // After a drag enter event that was not accepted, neither leave nor drop follows.
     setHoveringImage(m_intake && m_intake->takesDrops()
                      && ImageIntake::containsImage(draggedItems(event->mimeData())));
     event->setDropAction(Qt::CopyAction);
@@ -46,7 +46,7 @@ void ImageDropArea::dragLeaveEvent(QDragLeaveEvent *)
 void ImageDropArea::dropEvent(QDropEvent *event)
 {
     setHoveringImage(false);
-    // Whatever the source proposes: a file it takes to be moved away, it would delete.
+    // Always copy: a source that proposes to move would delete its file.
     event->setDropAction(Qt::CopyAction);
     event->setAccepted(m_intake && m_intake->handleDrop(draggedItems(event->mimeData())));
 }

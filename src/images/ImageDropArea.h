@@ -4,14 +4,15 @@
 
 #include <QQuickItem>
 
-/// Where images are dropped, files as well as image data from other programs. Drags that the
-/// intake would not take pass by, to whoever else wants them.
+/// Where images are dropped, files as well as image data from other programs. Drags that the intake
+/// would not take are left to other items.
 class ImageDropArea : public QQuickItem
 {
     Q_OBJECT
     QML_ELEMENT
     Q_PROPERTY(ImageIntake *intake READ intake WRITE setIntake NOTIFY intakeChanged REQUIRED)
-    /// True while a drag that would be taken hovers here; it falls when that would no longer be so.
+    /// True while a drag that would be taken hovers here; false as soon as it would no longer be
+    /// taken.
     Q_PROPERTY(bool isTargeted READ isTargeted NOTIFY isTargetedChanged)
 
 public:
@@ -36,8 +37,7 @@ private:
     void updateTargeted();
 
     ImageIntake *m_intake = nullptr;
-    /// True while a drag with an image that was let in hovers here, whether or not it would still
-    /// be taken.
+    /// True while an accepted drag with an image hovers here, even if it would no longer be taken.
     bool m_hasHoveringImage = false;
     bool m_isTargeted = false;
 };

@@ -8,7 +8,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// What ends in `suffix`, as in *.[gG][iI][fF].
+/// The glob for `suffix` in either case, such as *.[gG][iI][fF].
 QString pattern(const QString &suffix)
 {
     QString glob = u"*."_s;

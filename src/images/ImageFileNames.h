@@ -10,8 +10,8 @@ class ImageFileNames : public QObject
     Q_OBJECT
     QML_ELEMENT
     QML_SINGLETON
-    /// A glob for each of suffixes(), with its letters in either case: choosers heed the case of
-    /// names, and cameras write capitals.
+    /// A glob for each of suffixes(), with its letters in either case: choosers distinguish cases,
+    /// and cameras write capitals.
     Q_PROPERTY(QStringList patterns READ patterns CONSTANT)
 
 public:

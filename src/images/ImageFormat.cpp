@@ -83,13 +83,12 @@ std::optional<DecodingCost> jpegCost(const QByteArray &jpeg, QSize)
 std::optional<DecodingCost> pngCost(const QByteArray &png, QSize size)
 {
     const auto layout = pngLayout(png);
-    // What does not shrink takes little more than its own size: what is longer than twice that goes
-    // on behind the last row.
+    // Pixels that do not compress take little more than their own size. Data of more than twice
+    // that goes on behind the last row.
     constexpr qint64 slack = 1 << 16;
     if (!layout || layout->compressedBytes > 2 * layout->unpackedBytes + slack)
         return std::nullopt;
-    // libpng holds the row before, the row as it was packed and as it is given out; we hold
-    // another.
+    // libpng holds the previous row, the row as stored and the row as returned; we hold a fourth.
     constexpr int rows = 4;
     constexpr int largestPixelBytes = 8;
     return DecodingCost{.bytes = qint64(size.width()) * largestPixelBytes * rows,
@@ -106,9 +105,9 @@ std::optional<DecodingCost> gifCost(const QByteArray &, QSize size)
                         .scalesWhileReading = true};
 }
 
-/// The lossless decoder holds the whole picture, the lossy one a few rows. Transparency of a lossy
-/// picture is a plane, maybe from the lossless decoder, and such a picture is shrunk when it is
-/// whole.
+/// The lossless decoder holds the whole picture, the lossy one a few rows. A lossy picture with
+/// transparency has another plane for it, possibly lossless, and is scaled down only when it is
+/// decoded whole.
 std::optional<DecodingCost> webpCost(const QByteArray &webp, QSize size)
 {
     constexpr int pictureBytes = 4;
@@ -137,7 +136,8 @@ std::optional<DecodingCost> tiffCost(const QByteArray &tiff, QSize size)
     const auto layout = tiffLayout(tiff);
     if (!layout || layout->pieceBytes > maximumDecodingBytes)
         return std::nullopt;
-    // Gray and palettes Qt keeps as they are, everything else in four samples of 8, 16 or 32 bits.
+    // Qt keeps gray and palette pictures as they are, all others in four samples of 8, 16 or 32
+    // bits.
     const bool isGray = layout->samplesPerPixel == 1 && layout->bitsPerSample <= 16;
     const int samples = isGray ? 1 : 4;
     const int bytesPerSample = layout->bitsPerSample <= 8 ? 1 : layout->bitsPerSample <= 16 ? 2 : 4;
@@ -147,7 +147,8 @@ std::optional<DecodingCost> tiffCost(const QByteArray &tiff, QSize size)
 
 std::optional<DecodingCost> heicCost(const QByteArray &, QSize size)
 {
-    // What its pictures take only libheif's own parser tells: the plug-in keeps to the limit.
+    // Only libheif's parser knows how large the coded pictures are, so the plug-in checks the limit
+    // itself.
     return DecodingCost{.bytes = 0, .work = pixelCount(size), .scalesWhileReading = true};
 }
 
@@ -188,8 +189,8 @@ constexpr std::array formats{
                 .mediaTypes = {"image/tiff", nullptr},
                 .suffix = nullptr,
                 .cost = tiffCost},
-    // Some databases take HEIC for another name of HEIF, its container; what phones take is
-    // image/heic.
+    // Some databases treat HEIC as another name of HEIF, its container; the photographs of phones
+    // are image/heic.
     ImageFormat{.reader = heicReader,
                 .hasSignature = isHeic,
                 .mediaTypes = {"image/heic", "image/heif"},

@@ -1,5 +1,5 @@
-// Images on their way in and on screen: intake, checks, decoding within bounds, previews, and the
-// views that show them. Every byte here may come from a stranger.
+// Import and display of images: intake, checks, decoding within limits, previews, and the views
+// that show them. All bytes here are untrusted.
 #pragma once
 
 #include "DecodingCost.h"
@@ -12,22 +12,21 @@
 #include <optional>
 #include <span>
 
-/// All there is to know about a picture format that the program takes. Documents that can name
-/// other files or run to many pages (SVG, PDF, …) are none of them.
+/// Everything about a picture format that the program takes, in one entry of imageFormats().
+/// Documents that can name other files or have many pages (SVG, PDF, …) must not be among them.
 struct ImageFormat
 {
     /// The name of Qt's reader for it, or of one of ours.
     const char *reader;
     /// True for contents that begin as this format does, whatever the file is called.
     bool (*hasSignature)(QByteArrayView bytes);
-    /// The media type contents go by; then one under which type databases keep more of its
-    /// suffixes, where there is one.
+    /// The media type, then another one under which type databases keep more of its suffixes, or
+    /// null.
     std::array<const char *, 2> mediaTypes;
-    /// A suffix of file names that not every type database knows, or that some of them take for
-    /// another type. Null where there is none.
+    /// A suffix of file names that some type databases lack or assign to another type, or null.
     const char *suffix;
-    /// What reading `bytes` takes; `size` is what the reader says the picture has. Nothing when the
-    /// header makes no sense.
+    /// What decoding `bytes` takes; `size` is the picture's by its reader. Nothing when the header
+    /// is invalid.
     std::optional<DecodingCost> (*cost)(const QByteArray &bytes, QSize size);
 };
 

@@ -55,7 +55,8 @@ ImageIntake::ImageIntake(ContentView *contentView, QObject *parent)
         Q_EMIT takesDropsChanged();
     });
     connect(contentView, &ContentView::isLoadingChanged, this, &ImageIntake::takesDropsChanged);
-    // A pending image goes with the composer's text; so does one about to be pending.
+    // The pending image is discarded with the composer's text, and so are images still being
+    // imported.
     connect(contentView, &ContentView::composerAboutToBeEmptied, this, &ImageIntake::cancelJobs);
     connect(contentView, &ContentView::selectedImageChanged, this, [this] {
         if (m_contentView->selectedImageData() != m_prepared.bytes)

@@ -41,10 +41,11 @@ public:
 
     QByteArray pendingPreview() const { return m_prepared.preview; }
 
-    /// What makePreviewData() makes of `bytes`. For the pending image it is at hand already.
+    /// What makePreviewData() makes of `bytes`; for the pending image it is kept, and returned at
+    /// once.
     std::optional<QByteArray> preview(const QByteArray &bytes) const;
 
-    /// Ends a visit to the file chooser: the first of `urls` is taken.
+    /// The file chooser was closed with `urls`, of which the first is taken.
     Q_INVOKABLE void handleImportedFile(const QList<QUrl> &urls);
     void handleImportedFile(const ImportError &error);
 
@@ -54,16 +55,16 @@ public:
     /// True when there is an image among the items.
     static bool containsImage(const ItemProviders &providers);
 
-    /// Takes the first image among the items and returns whether there is one to take; how it
-    /// turns out shows later.
+    /// Begins to import the first image among the items; false when none is taken. Whether the
+    /// import succeeds shows later.
     bool handleDrop(const ItemProviders &providers);
 
     /// Checks `bytes` and makes them the pending image, or says in Spanish why not.
     void acceptImage(const QByteArray &bytes, const QString &name,
                      const std::optional<QString> &typeIdentifier);
 
-    /// Takes the image on the clipboard like a drop. False when there is none to take, or when
-    /// what was copied is text, whatever picture of it comes along.
+    /// Takes the image on the clipboard like a drop. False when there is none, or when text was
+    /// copied, even if a picture of the text comes with it.
     Q_INVOKABLE bool pasteImage();
 
     /// Calls `action` once every image given so far is pending, refused or cancelled: at once when

@@ -14,7 +14,7 @@ std::optional<QByteArray> makePreviewData(const QByteArray &bytes)
     if (!picture)
         return std::nullopt;
 
-    // A fresh image also leaves behind the texts and profiles that the writer would copy.
+    // A new image also lacks the texts and profiles that the writer would copy.
     QImage opaque(picture->size(), QImage::Format_RGB32);
     if (opaque.isNull())
         return std::nullopt;

@@ -3,6 +3,6 @@
 #include <QImage>
 #include <QSize>
 
-/// `image` at the smaller `size`, every pixel of it counted once. Works on a few rows at a time: a
-/// whole picture in Qt's working format would be four times a palette picture.
+/// `image` scaled down to `size` by AreaAverage. Converts a few rows at a time: a whole palette
+/// picture would take four times its memory in the format that is averaged.
 QImage shrunk(const QImage &image, QSize size);

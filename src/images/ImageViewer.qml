@@ -25,7 +25,7 @@ T.Popup {
     visible: presented
     closePolicy: T.Popup.CloseOnEscape
 
-    // A popup gives the keyboard back to the window at large, not to where the person was typing.
+    // A closing popup gives the focus to the window, not back to the item that had it.
     onAboutToShow: focusedBefore = parent.Window.activeFocusItem
     onAboutToHide: {
         if (presented)

@@ -9,7 +9,7 @@
 #include <memory>
 #include <optional>
 
-/// What came of loading a dropped item: an error, or bytes, or neither.
+/// The result of loading a dropped item: an error, bytes, or neither.
 struct LoadedItem
 {
     /// Why it failed, in words for people.
@@ -17,7 +17,7 @@ struct LoadedItem
     std::optional<QByteArray> data;
 };
 
-/// One dragged or pasted item: it knows in which types it can be had, and loads one when asked.
+/// One dragged or pasted item: lists the types it is offered in, and loads one of them.
 class ItemProvider
 {
 public:

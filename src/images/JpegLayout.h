@@ -5,7 +5,7 @@
 
 #include <optional>
 
-/// What a JPEG file's markers tell about the work of decoding it.
+/// What a JPEG file's markers say about the work of decoding it.
 struct JpegLayout
 {
     QSize size;
@@ -16,7 +16,7 @@ struct JpegLayout
     qint64 coefficientBytes = 0;
 };
 
-/// Nothing when the markers make no sense before the first pass.
+/// Nothing when the markers before the first pass are invalid.
 std::optional<JpegLayout> jpegLayout(const QByteArray &jpeg);
 
 /// The size of a JPEG file whose header can be walked from marker to marker, in a few steps and

@@ -13,8 +13,8 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// Opens the file for reading if it is a regular one. Asking after the opening leaves nobody the
-/// time to put something else in its place.
+/// Opens the file for reading if it is a regular one. The check follows the opening, so that the
+/// file cannot be replaced between the two.
 bool openRegular(QFile &file, const QByteArray &path)
 {
 #ifdef Q_OS_UNIX
@@ -38,7 +38,7 @@ bool openRegular(QFile &file, const QByteArray &path)
 
 std::optional<QByteArray> localPath(const QUrl &url)
 {
-    // Qt keeps the names of hosts in small letters.
+    // QUrl keeps host names in lower case.
     const QString host = url.host();
     const bool isHere
         = host.isEmpty() || host == "localhost"_L1 || host == QSysInfo::machineHostName().toLower();

@@ -5,7 +5,7 @@
 
 #include <optional>
 
-/// What the header and the list of chunks of a PNG file tell about the work of decoding it.
+/// What the header and the chunks of a PNG file say about the work of decoding it.
 struct PngLayout
 {
     QSize size;
@@ -20,6 +20,5 @@ struct PngLayout
     QByteArrayView exif = {};
 };
 
-/// Nothing when the header makes no sense. What is damaged further on stays for the decoder to
-/// refuse.
+/// Nothing when the header is invalid. Damage after the header is left to the decoder.
 std::optional<PngLayout> pngLayout(QByteArrayView png);

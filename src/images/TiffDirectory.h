@@ -6,7 +6,7 @@
 
 #include <optional>
 
-/// The first directory of TIFF data, which a TIFF file is and EXIF data looks like.
+/// The first directory of a TIFF file or of EXIF data, which have the same form.
 class TiffDirectory
 {
 public:

@@ -4,7 +4,7 @@
 
 #include <optional>
 
-/// What the first directory of a TIFF file tells about the memory its decoding takes.
+/// What the first directory of a TIFF file says about the memory that decoding takes.
 struct TiffLayout
 {
     /// Bytes of one decoded strip or tile, whichever the file has.

@@ -3,8 +3,7 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Aulora.Theme
 
-/// Says one sentence to whoever listens to the screen instead of looking at it: of several that
-/// come together, the last.
+/// Has a screen reader say one sentence; of several at once, the last.
 Item {
     id: announcement
 
@@ -16,7 +15,7 @@ Item {
     }
 
     function speak() {
-        // A screen reader is told only of what was not there before.
+        // A screen reader announces only what appears.
         visible = false;
         Accessible.name = sentence;
         visible = true;

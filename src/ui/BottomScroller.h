@@ -9,19 +9,18 @@ class QQuickWindow;
 
 /// Scrolls a list to its end after it has changed.
 ///
-/// Every change schedules a task of its own, a moment later, and none is dropped. Tasks that are
-/// due within one frame would start the same scroll from the same place, so it is started once, and
-/// in a frame whose layout is finished, when the end of the list is known. A scroll under way moves
-/// in the frames of Qt's animations; those that are due meanwhile wait for the next one.
-/// One that is to start anew right after it has begun lets a frame pass, so that a flood of changes
-/// moves the list with every second frame, as a growing reply shows its lines.
+/// Every change schedules a task of its own, `delay` later; none is dropped. Tasks due within one
+/// frame start one scroll, after the frame's layout, when the end of the list is known. While a
+/// scroll runs, a task that falls due restarts it with the next frame of Qt's animations. A scroll
+/// that has just begun is left alone for one frame, so that a flood of changes moves the list with
+/// every second frame, the pace at which a growing reply shows its lines.
 class BottomScroller : public QQuickItem
 {
     Q_OBJECT
     QML_ELEMENT
     /// What scrolls: an item with a `contentY`.
     Q_PROPERTY(QQuickItem *flickable MEMBER m_flickable REQUIRED)
-    /// The last item in it, whose bottom edge comes to the flickable's.
+    /// The last item in it: its bottom edge is scrolled to the flickable's.
     Q_PROPERTY(QQuickItem *end MEMBER m_end REQUIRED)
 
 public:

@@ -33,8 +33,8 @@ ScrollPane {
             scroller.scrollToBottom();
     }
 
-    // What is seen of the list, as a stop of the keyboard from where its keys scroll. A press beside
-    // everything goes here too, and takes the selection away from a message.
+    // The visible part of the list, which takes the focus so that keys can scroll it. A press
+    // beside the messages gives it the focus too, which ends a selection in a message.
     T.Pane {
         id: visiblePart
 
@@ -126,7 +126,7 @@ ScrollPane {
         }
     }
 
-    // What is there when the pane is first shown is no change.
+    // The messages that the pane is first shown with are no change to scroll for.
     Component.onCompleted: observers.enabled = true
 
     BottomScroller {

@@ -86,7 +86,8 @@ FocusScope {
                 placeholder: bar.imageAnalysisEnabled && bar.hasImage
                              ? "Preguntá sobre la imagen..." : "Preguntale a Aulora IA..."
                 onTextEdited: text => bar.textEdited(text)
-                // Who asks to send what cannot be sent is not to see it leave later.
+                // Ignore Return while nothing can be sent; otherwise the question would be queued
+                // and sent later.
                 onSubmitted: {
                     if (bar.canSend)
                         bar.sendRequested();

@@ -14,8 +14,8 @@ FocusScope {
 
     readonly property int maximumLineCount: 5
 
-    /// The greatest bulk that the text has had since it was replaced from outside: undo may bring
-    /// any of it back.
+    /// The greatest bulk that the text has had since it was replaced from outside: undo can bring
+    /// that text back.
     property int bulk: ComposerRules.Ordinary
 
     signal textEdited(string text)
@@ -42,8 +42,8 @@ FocusScope {
         scroll.contentY = Math.max(lowest, Math.min(scroll.contentY, rectangle.y));
     }
 
-    // Only what differs is taken over, so that the person's own typing, which comes back through
-    // this property, leaves caret and undo history alone.
+    // Typing comes back through this property: an equal text is not set again, which would move the
+    // cursor and clear the undo history.
     function takeText() {
         if (ComposerRules.writtenText(edit.textDocument) === text)
             return;
@@ -65,7 +65,7 @@ FocusScope {
         borderWidth: 1
     }
 
-    // The margins around the text are as good a place to start writing as the text itself.
+    // A press on the margins around the text starts writing, too.
     MouseArea {
         anchors.fill: parent
         cursorShape: Qt.IBeamCursor
@@ -128,7 +128,7 @@ FocusScope {
                 anchors.fill: parent
                 acceptedButtons: Qt.MiddleButton
                 cursorShape: Qt.IBeamCursor
-                // The text pastes what is selected, if that is the desktop's custom.
+                // On X11 the TextEdit pastes the selection by itself.
                 onPressed: event => {
                     field.prepareFor(ComposerRules.clipboardTextBulk(ComposerRules.Selection));
                     event.accepted = false;

@@ -19,8 +19,8 @@ public:
     enum class PasteSource { Clipboard, Selection };
     Q_ENUM(PasteSource)
 
-    /// How much work it is to lay a text out. Each value calls for saving what is needed to show
-    /// pasted text without holding up the window; the times are for 100,000 characters.
+    /// How much work the layout of a text is, and what has to be saved so that pasting it does not
+    /// block the window. Times are for 100,000 characters.
     enum class TextBulk {
         Ordinary,
         Long, ///< kerning and ligatures cost too much: 100 ms, and 20 ms without
@@ -35,7 +35,7 @@ public:
     Q_INVOKABLE static bool canSend(const QString &text, bool hasImage, bool imageAnalysisEnabled,
                                     bool isLoading);
 
-    /// The text of a field, to the character: its own property gives a blank for a no-break space.
+    /// The text of a field to the character: its `text` property has a space for a no-break space.
     Q_INVOKABLE static QString writtenText(QQuickTextDocument *document);
 
     Q_INVOKABLE static ComposerRules::TextBulk textBulk(const QString &text);

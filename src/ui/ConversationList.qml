@@ -3,8 +3,8 @@ pragma ComponentBehavior: Bound
 import QtQuick
 import Aulora.Theme
 
-/// The conversations, made into rows as far as they are seen. The list is one stop of the Tab key;
-/// the arrow keys move within it, from the selected conversation.
+/// The list of conversations; only visible rows exist. The list is one stop of the Tab key; the
+/// arrow keys move within it, starting at the selected conversation.
 ListView {
     id: list
 
@@ -15,7 +15,8 @@ ListView {
             currentItem.forceActiveFocus(reason);
     }
 
-    /// How far the list reaches over what is above it, so that the first row's focus ring shows.
+    /// How far the list overlaps what is above it, so that the first row's focus ring is not
+    /// clipped.
     readonly property int focusRingRoom: 5
 
     topMargin: focusRingRoom
@@ -48,8 +49,8 @@ ListView {
         onSelectedChanged: becomeCurrent()
         Component.onCompleted: becomeCurrent()
 
-        // The list moves its current index along with inserted rows only after it has made them,
-        // so this has to wait.
+        // ListView shifts its current index for inserted rows only after it has made them, so this
+        // has to wait.
         Delay {
             id: makeCurrent
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Aulora.Theme
 
-/// A titled group of settings. What it is given as children stands below its header.
+/// A titled group of settings: its children are placed below its header.
 Column {
     id: section
 

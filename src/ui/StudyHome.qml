@@ -4,8 +4,8 @@ import QtQuick
 import Aulora.Theme
 
 /// What an empty conversation shows: subjects, study tools and a clinical case, each of which
-/// offers the beginning of a question. Every prompt keeps its closing blank, so that the student
-/// goes on typing.
+/// offers the beginning of a question. Every prompt ends with a space, so that the student can go
+/// on typing.
 Item {
     id: home
 

@@ -1,7 +1,7 @@
 import QtQuick
 import Aulora.Theme
 
-/// A study subject on the home screen; it warms to the accent while the pointer is over it.
+/// A study subject on the home screen; it takes the accent colour while the pointer is over it.
 PlainButton {
     id: card
 

@@ -19,8 +19,8 @@ namespace {
 const QString appearanceGroup = u"org.freedesktop.appearance"_s;
 const QString colorSchemeKey = u"color-scheme"_s;
 
-/// What Qt itself knows. Before 6.5 it knows nothing, and since then nothing on a desktop that it
-/// has no theme for.
+/// The scheme that Qt reports. Qt before 6.5 reports none, later versions none on a desktop that
+/// they have no platform theme for.
 std::optional<ColorScheme> hintedScheme()
 {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 5, 0)

@@ -11,7 +11,7 @@ class QDBusVariant;
 /// The colour scheme the desktop asks for, followed live.
 ///
 /// Where there is a session bus, the desktop portal's setting `org.freedesktop.appearance`
-/// `color-scheme` says it: Qt 6.8 follows it with some desktops' themes only. Without a portal, or
+/// `color-scheme` is used: Qt 6.8 follows it with some desktops' themes only. Without a portal, or
 /// where it states no preference, Qt's own hint does (6.5 and newer; macOS and Windows); where Qt
 /// knows nothing, a palette whose window is darker than its text means dark.
 class ColorSchemeSource : public QObject

@@ -8,8 +8,8 @@
 
 namespace {
 
-/// Of the quarter turn of a corner, what each of the two transitions takes; the circle has the
-/// rest. At 38° a corner reaches about half as far again as a circular one.
+/// The angle of each of a corner's two transitions; the circle between them has the rest of the
+/// 90°. With 38° a corner reaches about 1.5 times as far along its edges as a circular one.
 constexpr double fullTurn = 38 * std::numbers::pi / 180;
 
 /// One transition from a straight edge to the circle of radius 1 centred one unit inside, as a

@@ -14,10 +14,9 @@
 
 namespace {
 
-/// One axis of the image and of the item, cut in three; the first and last parts are the same in
-/// both. In the image the middle part has a pixel to spare at either side. The item's length is
-/// taken in whole device pixels: of parts with broken edges the software renderer leaves one pixel
-/// out between two, or paints it twice.
+/// One axis of the image and of the item, cut in three. The outer parts are as long in both; in the
+/// image the middle part has a spare pixel on either side. All cuts lie on whole device pixels: at
+/// fractions of one the software renderer leaves a pixel out between two parts, or paints it twice.
 struct Cut
 {
     std::array<double, 4> image; ///< device pixels

@@ -6,13 +6,13 @@
 
 /// Triggers once, some time after it was started.
 ///
-/// Qt's own Timer runs on the clock of its animations. When it starts just as an animation
-/// written in C++ ends, Qt 6.4 stops that clock twice and says so on the program's output.
+/// QML's Timer runs on the clock of Qt's animations. When it is started just as an animation
+/// written in C++ ends, Qt 6.4 stops that clock twice and prints a warning.
 class Delay : public QObject
 {
     Q_OBJECT
     QML_ELEMENT
-    /// In milliseconds; 0 waits until all that is pending has been dealt with.
+    /// In milliseconds; 0 triggers when the event loop has handled what is pending.
     Q_PROPERTY(int interval READ interval WRITE setInterval NOTIFY intervalChanged REQUIRED)
     Q_PROPERTY(bool running READ isRunning NOTIFY runningChanged)
 
@@ -23,7 +23,7 @@ public:
     void setInterval(int interval);
     bool isRunning() const { return m_timer.isActive(); }
 
-    /// Starts it, or has it wait for all its time again.
+    /// Starts the whole interval, again if it is running.
     Q_INVOKABLE void restart();
 
 Q_SIGNALS:

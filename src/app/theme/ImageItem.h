@@ -18,7 +18,7 @@ protected:
     /// changed, on the thread of the item.
     virtual QImage paintedImage(QSizeF size, double ratio) const = 0;
 
-    /// Has the image painted anew before the next frame.
+    /// Schedules the image to be painted again before the next frame.
     void repaint();
 
     void updatePolish() override;

@@ -25,8 +25,8 @@ QColorSpace colorSpace(const heif_image_handle *handle)
     return QColorSpace::fromIccProfile(profile);
 }
 
-/// How many samples a pixel has at most: every coded picture in the file says so in the settings of
-/// its decoder.
+/// The most samples that a pixel of any coded picture in the file has, by the pictures' decoder
+/// settings.
 double samplesPerPixel(const QByteArray &heic)
 {
     constexpr qsizetype chromaFormatOffset = 20; // From the name of the box
@@ -77,8 +77,8 @@ QSize HeifHandler::size() const
 
 qint64 HeifHandler::decodingBytes() const
 {
-    // A picture of tiles is put together from red, green and blue besides the tiles; one without is
-    // there twice, as the decoder has it and as libheif hands it over. Measured with one large
+    // A picture of tiles is combined in red, green and blue while the tiles are in memory; one
+    // without tiles is in memory twice, in the decoder and in libheif. Measured with one large
     // tile.
     constexpr double samplesOfTiles = 4.5;
     double samples = std::max(samplesOfTiles, 2 * samplesPerPixel(m_bytes));
@@ -95,8 +95,8 @@ HeifHandler::Picture HeifHandler::decode() const
     using Options = std::unique_ptr<heif_decoding_options, Release<heif_decoding_options_free>>;
     const Options options(heif_decoding_options_alloc());
     options->ignore_transformations = m_rotation ? 1 : 0;
-    // A file may say one size here and another where its tiles are laid out. The limit itself is
-    // already too much for the library.
+    // The tiles may be laid out on a larger picture than the file announces. libheif rejects
+    // pictures that reach the limit, hence one more.
     heif_context_set_maximum_image_size_limit(m_context.get(),
                                               std::max(size().width(), size().height()) + 1);
     heif_image *picture = nullptr;
@@ -128,7 +128,8 @@ QVariant HeifHandler::option(ImageOption option) const
 {
     if (option == ScaledSize)
         return m_scaledSize;
-    // These two questions read the file, which Qt takes for no change of the handler.
+    // These two options need the file's header, which is read into members although option() is
+    // const.
     if (!const_cast<HeifHandler *>(this)->open())
         return {};
     if (option == Size)

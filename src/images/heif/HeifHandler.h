@@ -38,7 +38,7 @@ private:
     bool open();
     /// Of the picture as decode() gives it.
     QSize size() const;
-    /// Memory for the planes, from above.
+    /// An upper bound of the memory for the planes.
     qint64 decodingBytes() const;
     Picture decode() const;
 

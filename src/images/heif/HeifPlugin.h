@@ -3,8 +3,8 @@
 
 #include <QImageIOPlugin>
 
-/// Adds the format "aulora-heic" to Qt's readers. The name keeps our limits in force where
-/// another HEIC reader happens to be installed.
+/// Adds the format "aulora-heic" to Qt's readers. With a name of its own it is used even where
+/// another HEIC reader is installed, which would not keep to our limits.
 class HeifPlugin : public QImageIOPlugin
 {
     Q_OBJECT

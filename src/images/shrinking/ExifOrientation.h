@@ -3,6 +3,6 @@
 #include <QByteArrayView>
 #include <QImageIOHandler>
 
-/// What the orientation in EXIF data asks to be done with the picture: nothing, when there is none
-/// or when it makes no sense.
+/// The transformation that makes a picture with this EXIF data upright; none when there is no valid
+/// orientation.
 QImageIOHandler::Transformations exifTransformation(QByteArrayView exif);

@@ -47,8 +47,7 @@ std::optional<int> readExtension(GifFileType *gif, bool *isRead)
     return transparent;
 }
 
-/// Reads on until the description of the first picture. Whether there is one, and the index of its
-/// transparent colour, or -1.
+/// Whether the file has a picture, and the index of its transparent colour, or -1.
 struct FirstPicture
 {
     bool isFound = false;

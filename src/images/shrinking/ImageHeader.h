@@ -7,6 +7,6 @@
 struct ImageHeader
 {
     QSize size;
-    /// What turns the picture upright.
+    /// Makes the picture upright.
     QImageIOHandler::Transformations transformation;
 };

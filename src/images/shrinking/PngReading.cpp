@@ -42,8 +42,8 @@ public:
     PngReader &operator=(const PngReader &) = delete;
     ~PngReader() { png_destroy_read_struct(&m_png, &m_info, nullptr); }
 
-    // libpng leaves the next two functions by a jump when a file is damaged: they own nothing that
-    // would have to be destroyed.
+    // libpng leaves the next two functions by longjmp() when a file is damaged, so they have no
+    // local objects to destroy.
 
     bool readInfo()
     {
@@ -51,7 +51,8 @@ public:
         if (!m_info || setjmp(png_jmpbuf(m_png)))
             return false;
         png_set_read_fn(m_png, &m_rest, readBytes);
-        // Texts can unpack to gigabytes: of what need not be, only the colour space is read.
+        // Text chunks can unpack to gigabytes: of the optional chunks only those of the colour
+        // space are read.
         png_set_chunk_malloc_max(m_png, largestChunk);
         png_set_keep_unknown_chunks(m_png, PNG_HANDLE_CHUNK_NEVER, nullptr, -1);
         constexpr png_byte colorChunks[] = "iCCP\0sRGB\0gAMA\0cHRM";

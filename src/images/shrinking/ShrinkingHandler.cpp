@@ -42,7 +42,8 @@ QVariant ShrinkingHandler::option(ImageOption option) const
 {
     if (option == ScaledSize)
         return m_scaledSize;
-    // The next two questions read the file, which Qt takes for no change of the handler.
+    // The next two options need the file's header, which is read into members although option() is
+    // const.
     if (!const_cast<ShrinkingHandler *>(this)->open())
         return {};
     if (option == Size)

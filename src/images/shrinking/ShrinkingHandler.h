@@ -17,7 +17,7 @@ struct ShrinkingReader
     QImage (*decoded)(QByteArrayView bytes, QSize size);
 };
 
-/// Gives Qt a picture by one of the readers, at the size that is asked for.
+/// Lets Qt read a picture by one of the readers, at the requested size.
 class ShrinkingHandler : public QImageIOHandler
 {
 public:

@@ -1,5 +1,5 @@
-// Readers of PNG, GIF and WebP that shrink a picture while they read it. Qt's own hold the whole
-// picture, some of them twice, and which of them do differs from version to version.
+// Readers of PNG, GIF and WebP that shrink a picture while they read it. Qt's own readers hold the
+// whole picture, some of them twice; which ones differs between versions.
 #pragma once
 
 #include <QImageIOPlugin>

@@ -146,7 +146,8 @@ QImage decodedWebp(QByteArrayView webp, QSize size)
     if (!frame
         || WebPGetFeatures(frame->bytes.bytes, frame->bytes.size, &features) != VP8_STATUS_OK)
         return {};
-    // libwebp shrinks the colours of lossy pictures without regard to their transparency.
+    // When libwebp scales a lossy picture down, it ignores transparency: colours of transparent
+    // pixels would show.
     constexpr int lossless = 2;
     const bool isMixed = features.has_alpha != 0 && features.format != lossless;
     QImage image = isMixed ? shrunkAfterDecoding(*frame, canvasSize(file), size)
