@@ -19,7 +19,8 @@
 using namespace Qt::StringLiterals;
 using Outcome = SingleInstance::Outcome;
 
-/// This program holds the lock of the folder it is called with, says so, and answers nobody.
+/// This program takes the lock of the folder it is called with, prints a line, and never answers
+/// another launch.
 static const QString holderArgument = u"--hold"_s;
 
 class SingleInstanceTest : public QObject

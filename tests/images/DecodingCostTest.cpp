@@ -26,7 +26,7 @@ QImage vast(QSize size, QImage::Format format)
     return image;
 }
 
-/// A packed TIFF: unpacked ones of this size are beyond the limit of files.
+/// A compressed TIFF: an uncompressed one of this size would exceed the limit for files.
 QByteArray packedTiff(const QImage &image)
 {
     QBuffer buffer;
@@ -36,7 +36,7 @@ QByteArray packedTiff(const QImage &image)
     return writer.write(image) ? buffer.data() : QByteArray();
 }
 
-/// A gray bitmap of that size, packed: every line is one run that does not reach its end.
+/// A compressed gray BMP of that size: every line is one run that is shorter than the line.
 QByteArray packedBmp(QSize size)
 {
     constexpr qsizetype pixelsOffset = 10;
@@ -63,7 +63,7 @@ private Q_SLOTS:
     {
         if (!canMeasureMemory())
             QSKIP("this system, or this build, does not tell the memory that is used");
-        // Whatever is loaded once and for all is no growth.
+        // Load now what is loaded once for the whole process, so that it is not measured.
         for (const QByteArray &bytes : soundImages())
             QVERIFY(decodeImage(bytes, maximumPreviewSide));
     }
@@ -137,8 +137,7 @@ private Q_SLOTS:
         const qint64 measured = memoryGrowth();
         const bool isRead = image.has_value();
         const qint64 estimate = cost->bytes / bytesPerMegabyte;
-        // The reader's copy of the file, the sums that the small image is made of, and the decoder
-        // with its tables.
+        // The reader's copy of the file, the sums of AreaAverage, and the decoder with its tables.
         const qint64 besides = bytes.size() / bytesPerMegabyte + 24;
         std::printf("%-32s %s, estimated %lld MB, measured %lld MB\n", QTest::currentDataTag(),
                     isRead ? "read" : "not read", (long long)estimate, (long long)measured);

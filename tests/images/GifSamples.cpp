@@ -73,7 +73,7 @@ QByteArray gifOf(const QImage &indexed, QSize canvas, QPoint place, GifRows rows
     const QList<Pass> passes = rows == GifRows::Interlaced
         ? QList<Pass>{{0, 8}, {4, 8}, {2, 4}, {1, 2}}
         : QList<Pass>{{0, 1}};
-    // A decoder that is reset in time never comes to longer codes.
+    // Reset the decoder before its codes become longer.
     constexpr int codesBetweenClears = 100;
     CodeWriter codes;
     int count = 0;

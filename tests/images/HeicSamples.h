@@ -2,11 +2,11 @@
 
 #include <QByteArray>
 
-// Samples that no encoder need be installed for.
+// Samples that need no installed encoder.
 
 /// 64 × 48, quarters().
 QByteArray heicPhotograph();
-/// The same, to be turned a quarter to the left: 48 × 64.
+/// The same, to be rotated counterclockwise by 90°: 48 × 64.
 QByteArray heicTurnedPhotograph();
 /// quarters() at half opacity.
 QByteArray heicWithAlpha();

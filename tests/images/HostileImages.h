@@ -4,7 +4,7 @@
 #include <QList>
 #include <QSize>
 
-/// What has to become of a hostile file. Damage that decoders mend or not, as they see fit, may end
+/// What must happen to a hostile file. Damage that some decoders repair and others do not may end
 /// either way.
 enum class Outcome { Taken, Refused, Either };
 
@@ -15,11 +15,11 @@ struct HostileImage
     Outcome outcome = Outcome::Either;
 };
 
-/// Files made to break whoever reads them: cut short, bloated, mislabelled, nested, and pictures of
-/// rare kinds that must be read all the same.
+/// Files made to break their readers: truncated, bloated, mislabelled or nested; and rare kinds of
+/// valid pictures, which must be read.
 QList<HostileImage> hostileImages();
 
-/// One sound file of every kind that is taken, small enough to be damaged by the thousand.
+/// One valid file of every format, small enough to be tested with thousands of changes.
 QList<QByteArray> soundImages();
 
 /// A lossless WebP of one colour, whose pixels take no room.

@@ -74,7 +74,7 @@ class HostileImagesTest : public QObject
 private Q_SLOTS:
     void initTestCase()
     {
-        // Whatever is loaded once and for all is no growth.
+        // Load now what is loaded once for the whole process, so that it is not measured.
         for (const QByteArray &bytes : soundImages())
             QVERIFY(makePreviewData(bytes));
         QVERIFY(hostileImages().size() >= 60);
@@ -152,7 +152,7 @@ private Q_SLOTS:
                 QVERIFY2(memoryGrowth() < memoryLimit, which.constData());
             taken += verdict.isTaken ? 1 : 0;
         }
-        // The damage is neither harmless nor hopeless, or this would prove little.
+        // Some damaged files are read and some refused; otherwise this would prove little.
         QVERIFY(taken > 0 && taken < damagesPerImage * sound.size());
     }
 };

@@ -36,7 +36,7 @@ const QString unreadableDrop = u"No pude leer la imagen arrastrada."_s;
 const QString tooLarge = u"La imagen es demasiado grande. Elegí una imagen de menos de 12 MB."_s;
 const QString noImage = u"El archivo no parece ser una imagen válida."_s;
 
-/// An item whose data the test hands over when it likes.
+/// An item whose data arrives when the test says so.
 class FakeItem : public ItemProvider
 {
 public:
@@ -693,7 +693,7 @@ private Q_SLOTS:
         m_screen->intake.acceptImage(large, u"a.jpg"_s, u"image/jpeg"_s);
         QTRY_VERIFY(view().hasSelectedImage());
         QCOMPARE(m_screen->intake.pendingPreview(), *makePreviewData(large));
-        // The very bytes made by the check, not others made anew.
+        // The bytes that the check made, shared and not encoded again.
         const QByteArray ready = *m_screen->intake.preview(large);
         QCOMPARE(static_cast<const void *>(ready.constData()),
                  static_cast<const void *>(m_screen->intake.pendingPreview().constData()));
@@ -792,7 +792,7 @@ private:
         return QUrl::fromLocalFile(file.fileName());
     }
 
-    /// Waits until everything under way in the background has come back.
+    /// Waits until the results of all background work have arrived.
     static void settle()
     {
         Screen probe;

@@ -228,8 +228,8 @@ private Q_SLOTS:
     {
         QTest::addColumn<QByteArray>("bytes");
 
-        // Black and white lines, one pixel wide, above 700 pixels: the average is gray everywhere,
-        // where pixels are left out there are bands.
+        // Black and white lines, one pixel wide, on more than 700 pixels: an average is gray
+        // everywhere, and leaving pixels out makes bands.
         const QSize size(1100, 900);
         QImage lines(size, QImage::Format_Grayscale8);
         for (int y = 0; y < size.height(); ++y)
@@ -447,7 +447,7 @@ private Q_SLOTS:
         QVERIFY(showsQuarters(upright));
         QVERIFY(showsQuarters(previewOf(heicWithTenBits())));
 
-        // Turned once, by libheif: turned again it would show other quarters.
+        // Rotated once, by libheif: rotated twice it would show other quarters.
         const QImage turned = previewOf(heicTurnedPhotograph());
         QCOMPARE(turned.size(), QSize(48, 64));
         QVERIFY(showsQuarters(turned.transformed(QTransform().rotate(90))));

@@ -86,7 +86,7 @@ private Q_SLOTS:
         QCOMPARE(name->property("color").value<QColor>(), QColor(0, 0, 0, qRound(0.5 * 255)));
         QCOMPARE(name->y() - caption->y() - caption->height(), 3.0);
         QCOMPARE(name->x(), caption->x());
-        // A row makes room when it is polished.
+        // A Row updates its layout when it is polished.
         QTRY_VERIFY(sceneRect(caption).left() > sceneRect(thumbnail).right());
     }
 
@@ -196,7 +196,7 @@ private Q_SLOTS:
     {
         const QQuickItem *overlay = item("overlay");
         QVERIFY(!overlay->isVisible());
-        // It sets out from where it was, and arrives.
+        // It starts at its old value and reaches the new one.
         set("dropPresented", true);
         QVERIFY(overlay->opacity() < 0.5);
         QTRY_COMPARE(overlay->opacity(), 1.0);

@@ -19,7 +19,7 @@ namespace {
 const QString beginMark = u"/aulora-begins-to-read"_s;
 const QString endMark = u"/aulora-has-read"_s;
 
-/// Shows in the record of system calls, and does nothing else.
+/// A system call that only marks a place in the record.
 void mark(const QString &path)
 {
     [[maybe_unused]] const int result = ::access(QFile::encodeName(path).constData(), F_OK);
@@ -28,7 +28,7 @@ void mark(const QString &path)
 /// What the traced program does: reads every file of `folder` as the intake would.
 int readFiles(const QString &folder)
 {
-    // Libraries and tables that are opened once and for all are opened now.
+    // Open now the libraries and tables that are opened once for the whole process.
     for (const QByteArray &bytes : soundImages())
         makePreviewData(bytes);
     const QStringList names = QDir(folder).entryList(QDir::Files);
@@ -99,7 +99,7 @@ private Q_SLOTS:
         const QTemporaryDir folder;
         QStringList expected;
         for (const HostileImage &image : hostileImages()) {
-            // Its name says nothing of its kind, or all of them the wrong one.
+            // The name says nothing about the format, or names a wrong one.
             QFile file(folder.filePath(QString::number(expected.size()) + u".jpg"_s));
             QVERIFY(file.open(QIODevice::WriteOnly));
             QCOMPARE(file.write(image.bytes), image.bytes.size());
@@ -111,7 +111,7 @@ private Q_SLOTS:
         traced.setProcessChannelMode(QProcess::MergedChannels);
         QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
         environment.insert(u"AULORA_READ_FOLDER"_s, folder.path());
-        // Leaks cannot be looked for in a program that is traced.
+        // LeakSanitizer does not work in a traced process.
         environment.insert(u"ASAN_OPTIONS"_s, u"detect_leaks=0"_s);
         traced.setProcessEnvironment(environment);
         traced.start(strace,

@@ -9,7 +9,7 @@
 /// Four quarters: red, green, blue and yellow, from the top left in reading order.
 QImage quarters(QSize size);
 
-/// True when `image` shows quarters() the right way up, give or take what compression changes.
+/// True when `image` shows quarters() upright, up to the losses of compression.
 bool showsQuarters(const QImage &image);
 
 /// `image` in a format Qt writes; quality as QImageWriter::setQuality() takes it, its
@@ -17,8 +17,8 @@ bool showsQuarters(const QImage &image);
 QByteArray encoded(const QImage &image, const QByteArray &format, int quality = -1);
 QByteArray encodedProgressively(const QImage &image);
 
-/// The picture as a camera held another way would store it, so that EXIF's `orientation` (1 to 8)
-/// turns it back.
+/// The picture as a rotated camera would store it, so that EXIF's `orientation` (1 to 8) makes it
+/// upright.
 QImage storedWithOrientation(const QImage &upright, int orientation);
 
 /// The JPEG with an EXIF segment that says `orientation`.
@@ -35,8 +35,8 @@ QByteArray pngChunk(const QByteArray &type, const QByteArray &data);
 /// The PNG with one chunk more, right after its header.
 QByteArray withPngChunk(const QByteArray &png, const QByteArray &chunk);
 
-/// A PNG of one colour, of any size and kind, whose pixels take a thousandth of their room:
-/// 1-bit gray unless said otherwise.
+/// A PNG of one colour, of any size and kind, whose pixels are compressed to a thousandth: 1-bit
+/// gray unless said otherwise.
 struct PngKind
 {
     int bitDepth = 1;

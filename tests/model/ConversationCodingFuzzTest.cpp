@@ -13,7 +13,7 @@ using namespace Qt::StringLiterals;
 
 namespace {
 
-/// A choice of texts and bytes that stay the same for a seed.
+/// Random texts and bytes, the same for the same seed.
 class Chance
 {
 public:
@@ -81,8 +81,8 @@ public:
         return result;
     }
 
-    /// A value that no reader of conversations looks into. Of numbers only whole ones: Qt
-    /// takes forms that JSON does not have, and no number that is out of its range.
+    /// A value that readers of conversations skip. Numbers are integers only: Qt accepts other
+    /// forms than JSON and rejects numbers beyond its range.
     QJsonValue ignoredValue(int depth)
     {
         switch (below(depth > 0 ? 6 : 4)) {
@@ -205,7 +205,7 @@ bool isReadable(const QByteArray &text)
     return !reader.readValue().isEmpty() && reader.atEnd() && QUtf8StringView(text).isValidUtf8();
 }
 
-/// Whether Qt can read `text`, within a list because it reads no other value by itself.
+/// Whether Qt can read `text`; in an array, because it reads no scalar by itself.
 bool isValid(const QByteArray &text)
 {
     QJsonParseError error;

@@ -178,8 +178,8 @@ void HistoryStoreTest::encodesOffTheCallingThread()
         return QByteArray();
     });
     started.acquire();
-    // The list stays shared until another takes its place: a store that is lost begins anew with
-    // it.
+    // The store shares the list until another one replaces it, so that a lost store can be
+    // rewritten.
     const QList<Conversation> conversations = someConversations();
     QVERIFY(conversations.isDetached());
     HistoryStore historyStore(store.get());

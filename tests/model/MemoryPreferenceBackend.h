@@ -1,5 +1,5 @@
-// Values and what keeps them, tested: the JSON form against tables, another parser and mutations,
-// the store over each of its back-ends, against faults, and against being killed.
+// Tests of the model: the JSON form by tables, another parser and mutations; the store with each of
+// its back-ends, with faults, and when it is killed.
 #pragma once
 
 #include "PreferenceBackend.h"
@@ -11,7 +11,7 @@
 #include <mutex>
 #include <utility>
 
-/// What a MemoryPreferenceBackend keeps, which a test can look at and set while the store runs.
+/// The values of a MemoryPreferenceBackend, which a test can read and change while the store runs.
 class PreferenceMemory
 {
 public:

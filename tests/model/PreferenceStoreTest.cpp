@@ -488,7 +488,7 @@ void PreferenceStoreTest::textsThatCannotBeReadStay()
     QCOMPARE(failures.first().first(), u"no permission"_s);
     QCOMPARE(memory->attempts().size(), 0);
 
-    // A commit that fails once all is read forgets nothing of that.
+    // A commit that fails after everything was read must not lose what was read.
     memory->setReadFailure(std::nullopt);
     memory->setFailure(u"full"_s);
     QVERIFY(!store.flush());
@@ -630,7 +630,7 @@ void PreferenceStoreTest::noFailureStaysOnceAllIsRead()
     QCOMPARE(store.data(u"bytes"_s), std::nullopt);
     QCOMPARE(store.readFailure(), std::nullopt);
 
-    // One that was read does not speak for another that was not.
+    // Reading one key says nothing about another that was not read.
     memory->setReadFailure(u"busy again"_s);
     QCOMPARE(store.data(u"bytes"_s), std::nullopt);
     memory->setReadFailure(std::nullopt);
@@ -701,7 +701,7 @@ void PreferenceStoreTest::aLostStoreBeginsAnewWithAllThatIsHeld()
                                               {u"flag"_s, true},
                                               {u"text"_s, u"set"_s}}));
 
-    // What was set since it was read counts.
+    // A value set after it was read wins.
     store.setData(u"bytes"_s, constant("newer"));
     store.remember(u"bytes"_s, constant("older"));
     QVERIFY(store.flush());

@@ -82,8 +82,8 @@ int appendRow(void *rows, int columns, char **values, char ** /*names*/)
     return 0;
 }
 
-/// Another program's look into the database: rows of text, columns joined by a bar; after a failure
-/// its description.
+/// What another program reads from the database: rows of text, columns joined by a bar, or the
+/// description of a failure.
 QStringList query(const QString &path, const QString &statement)
 {
     QStringList rows;
@@ -110,7 +110,7 @@ SqliteConnection otherProgram(const QString &path, const char *statements)
 
 constexpr auto unfinishedReading = "BEGIN; SELECT value FROM preferences";
 
-/// A user without the powers of root, for whom the modes of files hold.
+/// Runs as a user who is not root, so that file modes have an effect.
 class OrdinaryUser
 {
 public:

@@ -10,8 +10,8 @@
 struct ssl_st;
 struct ssl_ctx_st;
 
-/// What a client asked, as far as it came: the head, with the empty line that ends it, and the
-/// body.
+/// A client's request as far as it was received: the head, with the empty line that ends it, and
+/// the body.
 struct RecordedRequest
 {
     QByteArray head;
@@ -53,15 +53,15 @@ public:
     void sendByteByByte(QByteArrayView bytes);
     /// Sends `bytes` as they are on a connection that speaks TLS.
     void sendPastTls(QByteArrayView bytes);
-    /// The orderly end: TLS says goodbye, then the socket closes.
+    /// The orderly end: TLS's close_notify, then the socket is closed.
     void close();
-    /// The socket closes, and TLS has said nothing.
+    /// Closes the socket without TLS's close_notify.
     void cut();
-    /// The socket is torn down: the client's system sees a reset.
+    /// Resets the connection.
     void reset();
-    /// Says nothing more until the client has gone.
+    /// Sends nothing more until the client has closed the connection.
     void waitUntilClientLeaves();
-    /// As above, and takes nothing either.
+    /// As above, and reads nothing either.
     void waitWithoutReading();
 
 private:

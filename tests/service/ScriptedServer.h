@@ -22,8 +22,8 @@ enum class Loopback {
 };
 
 /// A TLS server on a free port of the loopback interface, nothing but 127.0.0.1 and ::1, that does
-/// to each client what its script says. Made of sockets and OpenSSL alone, so that it does not
-/// share the mistakes of the code that it tests.
+/// to each client what its script says. Uses sockets and OpenSSL alone, so that it does not share
+/// faults with the code that it tests.
 class ScriptedServer
 {
 public:

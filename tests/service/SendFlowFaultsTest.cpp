@@ -284,14 +284,14 @@ void SendFlowFaultsTest::services_data()
         {notice(invalidResponse)});
     row("HTTP 2", sending("HTTP/2 200 OK\r\n\r\n"), {notice(invalidResponse)});
 
-    // Framed in a way that nobody can follow.
+    // Contradictory lengths and chunks.
     row("a length that is no number", sending(headWith("Content-Length: x\r\n") + twoLines),
         {notice(invalidResponse)});
     row("a negative length", sending(headWith("Content-Length: -8\r\n") + twoLines),
         {notice(invalidResponse)});
     row("two lengths", sending(headWith("Content-Length: 4\r\nContent-Length: 8\r\n") + twoLines),
         {notice(invalidResponse)});
-    // What is wrong with chunks is not told from a broken connection.
+    // Errors in chunks are reported as a broken connection.
     row("a chunk size that is no number", sending(chunked + chunk(twoLines) + "tres\r\n"),
         {partialReply, notice(connectionLost)});
     row("a negative chunk size", sending(chunked + chunk(twoLines) + "-4\r\ntres\r\n"),
@@ -328,7 +328,7 @@ void SendFlowFaultsTest::services_data()
         sendingThenResetting(headWith("Content-Length: 100\r\n") + twoLines + "tre"),
         {partialReply, notice(connectionLost)});
 
-    // Nothing but the end tells that these are whole, so it has to be one that TLS announces.
+    // Replies without length or chunks are whole only when TLS announces the end.
     row("until the connection is cut", sendingThenCutting(headWith({}) + twoLines),
         {partialReply, notice(connectionLost)});
     row("until the connection is cut in a line",
@@ -519,7 +519,7 @@ void SendFlowFaultsTest::aReplyMayBeOfAnyLength()
 {
     QFETCH(QByteArray, piece);
 
-    // A line that cost the square of its length would keep this from ending.
+    // With a cost that grows with the square of a line's length this would not end in time.
     constexpr int pieces = 1'200;
     ScriptedServer server(m_credentials, afterTheQuestion([&](ScriptedConnection &connection) {
                               connection.send(chunked);

@@ -66,7 +66,7 @@ struct Lookups
 
 } // namespace
 
-// Takes the place of the function of libproxy, which Qt asks, and then calls that.
+// Replaces libproxy's function, which Qt calls, and passes the call on.
 // NOLINTBEGIN(readability-identifier-naming)
 extern "C" char **px_proxy_factory_get_proxies(void *factory, const char *url)
 {
@@ -108,7 +108,7 @@ private:
 
 void SendFlowProxiesTest::init()
 {
-    // The settings of a desktop are none of this test's.
+    // Ignore the desktop's own proxy settings.
     for (const char *name :
          {"https_proxy", "http_proxy", "all_proxy", "HTTPS_PROXY", "HTTP_PROXY", "ALL_PROXY",
           "no_proxy", "NO_PROXY", "XDG_CURRENT_DESKTOP", "DESKTOP_SESSION", "KDE_FULL_SESSION"})
@@ -241,7 +241,7 @@ void SendFlowProxiesTest::proxies_data()
         },
         refused);
 
-    // Past the proxy, what happens is the service's.
+    // Behind the proxy, errors are the service's.
     row(
         "no TLS in the tunnel",
         [](ScriptedConnection &connection) {

@@ -21,7 +21,7 @@ namespace {
 const QString imagePrompt
     = u"Analizá esta imagen con finalidad educativa médica. Describí los hallazgos relevantes y explicalos de forma didáctica."_s;
 
-/// Lets a script go on when the test says so; a test that fails before leaves nothing hanging.
+/// Lets a script continue when the test says so, or when the test has failed.
 class Gate
 {
 public:
@@ -116,7 +116,7 @@ bool SendFlowTest::waitForTheEnd(TestChat &chat)
 
 bool SendFlowTest::hasSentNothing(TestChat &chat, const ScriptedServer &server)
 {
-    // A question already on its way would get there too, since this waits with the event loop.
+    // A question already being sent would arrive as well, since this runs the event loop.
     chat.view.setLoading(false);
     chat.view.clearSelectedImage();
     chat.send(u"otra pregunta"_s);
@@ -432,7 +432,7 @@ void SendFlowTest::showsAndSavesTheQuestionBeforeTheReply()
     });
     chat.send(text);
 
-    // The send flow has returned, and the network not been waited for.
+    // sendMessage() has returned without waiting for the network.
     QVERIFY(chat.view.isLoading());
     QVERIFY(wasReadyWhenLoadingBegan);
     QCOMPARE(chat.conversations().constFirst().title, title);

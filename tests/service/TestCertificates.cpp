@@ -91,7 +91,7 @@ QByteArray pemKey(EVP_PKEY *key)
     });
 }
 
-/// Two authorities of one name would be taken for each other.
+/// Each authority has a name of its own, by which they are told apart.
 int authorityCount = 0;
 
 } // namespace

@@ -37,5 +37,5 @@ private:
     std::shared_ptr<x509_st> m_certificate;
 };
 
-/// A certificate for `host` that vouches for itself, as the one made at build time does.
+/// A self-signed certificate for `host`, like the one made at build time.
 ServerCredentials selfSignedCredentials(const QByteArray &host);

@@ -54,7 +54,7 @@ void AccessibleControlsTest::init()
     QVERIFY(m_view->errors().isEmpty());
     m_view->show();
     QVERIFY(QTest::qWaitForWindowExposed(m_view.get()));
-    // Somebody begins to listen when everything is there already.
+    // A screen reader is started when all controls exist already.
     QAccessible::setActive(true);
 }
 
@@ -95,7 +95,7 @@ void AccessibleControlsTest::rolesAndNames()
     QFETCH(QString, name);
 
     QVERIFY(find(role, name));
-    // Said once: the text on a control is no element of its own.
+    // The text on a control is not an accessible element besides the control.
     if (role != QAccessible::StaticText)
         QVERIFY(!find(QAccessible::StaticText, name));
 }

@@ -37,7 +37,7 @@ public:
     void state(uint value) { m_value = value; }
     void answer(Answer answer) { m_answer = answer; }
 
-    /// States another value and tells everybody.
+    /// Changes the value and emits the signal.
     void change(const QString &group, const QString &key, uint value)
     {
         state(value);

@@ -27,7 +27,7 @@ private Q_SLOTS:
 
 namespace {
 
-/// How many fully inked pixels the image amounts to.
+/// The sum of all alpha values, in opaque pixels.
 double ink(const QImage &image)
 {
     double sum = 0;

@@ -122,7 +122,7 @@ void ThemeTest::appearance_data()
     QTest::addColumn<QString>("rawValue");
     QTest::addColumn<bool>("dark");
 
-    // Without a desktop's word on it, the test's palette is light.
+    // When the desktop states no preference, the light palette of the test counts.
     QTest::newRow("light") << u"light"_s << false;
     QTest::newRow("dark") << u"dark"_s << true;
     QTest::newRow("system") << u"system"_s << false;
@@ -218,7 +218,7 @@ void ThemeTest::fontWeight()
 
     const auto font = Theme::font(13, weight);
     QCOMPARE(int(font.weight()), weight);
-    // The very face, not a neighbour made bolder.
+    // The font's own face, not a synthetic bold.
     QCOMPARE(QRawFont::fromFont(font).weight(), weight);
 }
 
@@ -233,7 +233,7 @@ void ThemeTest::tracking()
 
 int main(int argc, char *argv[])
 {
-    // The appearance of the desktop that runs the tests is none of their business.
+    // Do not depend on the appearance of the desktop that runs the tests.
     qunsetenv("DBUS_SESSION_BUS_ADDRESS");
     qunsetenv("XDG_RUNTIME_DIR");
     QGuiApplication application(argc, argv);
