@@ -72,7 +72,7 @@ private Q_SLOTS:
         QCOMPARE(second.claim(), Outcome::First);
     }
 
-    void nextIsFirstAgainAfterTheFirstLeft()
+    void isFirstAgainAfterTheFirstEnded()
     {
         const QTemporaryDir folder;
         {
@@ -83,7 +83,7 @@ private Q_SLOTS:
         QCOMPARE(next.claim(), Outcome::First);
     }
 
-    void nothingInTheLockFileCounts_data()
+    void theLockFilesContentDoesNotMatter_data()
     {
         QTest::addColumn<QByteArray>("contents");
         QTest::newRow("empty") << QByteArray();
@@ -92,7 +92,7 @@ private Q_SLOTS:
         QTest::newRow("of another computer") << QByteArray("1\naulora-ia\nanother-computer\n");
         QTest::newRow("garbage") << QByteArray(5000, '\xff');
     }
-    void nothingInTheLockFileCounts()
+    void theLockFilesContentDoesNotMatter()
     {
         QFETCH(QByteArray, contents);
         const QTemporaryDir folder;
@@ -112,7 +112,7 @@ private Q_SLOTS:
         QCOMPARE(next.claim(), Outcome::First);
     }
 
-    void holderThatEndsIsSucceeded()
+    void takesOverWhenTheHolderEnds()
     {
         const QTemporaryDir folder;
         const auto holder = startHolder(folder.path());
@@ -138,7 +138,7 @@ private Q_SLOTS:
         QCOMPARE(next.get(), Outcome::First);
     }
 
-    void holderThatDoesNotAnswerIsToldOf()
+    void reportsAHolderThatDoesNotAnswer()
     {
         const QTemporaryDir folder;
         const auto holder = startHolder(folder.path());
@@ -152,7 +152,7 @@ private Q_SLOTS:
         holder->waitForFinished();
     }
 
-    void stoppedHolderIsToldOf()
+    void reportsAStoppedHolder()
     {
         const QTemporaryDir folder;
         const auto holder = startHolder(folder.path());

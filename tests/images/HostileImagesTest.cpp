@@ -101,7 +101,7 @@ private Q_SLOTS:
             QVERIFY2(growth < memoryLimit, QByteArray::number(growth).constData());
     }
 
-    void isTakenOrRefusedInSpanishWithoutHoldingTheWindowUp()
+    void isTakenOrRefusedWithoutBlockingTheWindow()
     {
         Screen screen;
         const QStringList refusals{

@@ -114,8 +114,8 @@ private Q_SLOTS:
         QVERIFY(!view().hasImageImportError());
     }
 
-    void invitesNothingWhileADropWouldBeRefused_data() { whatAllowsDrops(); }
-    void invitesNothingWhileADropWouldBeRefused()
+    void isNoTargetWhileADropWouldBeRefused_data() { whatAllowsDrops(); }
+    void isNoTargetWhileADropWouldBeRefused()
     {
         QFETCH(Allow, allow);
         m_mimeData->setData(u"image/png"_s, encoded(quarters({50, 40}), "png"));
@@ -130,8 +130,8 @@ private Q_SLOTS:
         }
     }
 
-    void invitesNoMoreOnceTheDropWouldBeRefused_data() { whatAllowsDrops(); }
-    void invitesNoMoreOnceTheDropWouldBeRefused()
+    void isNoTargetOnceTheDropWouldBeRefused_data() { whatAllowsDrops(); }
+    void isNoTargetOnceTheDropWouldBeRefused()
     {
         QFETCH(Allow, allow);
         m_mimeData->setData(u"image/png"_s, encoded(quarters({50, 40}), "png"));

@@ -368,7 +368,7 @@ private Q_SLOTS:
         QCOMPARE(view().selectedImageName(), u"small.png"_s);
     }
 
-    void theLastGivenWinsNotTheLastToCome()
+    void theLastGivenImageWinsWhateverLoadsLast()
     {
         const auto slow = fakeItem({u"image/png"_s}, u"lenta"_s);
         const auto quick = fakeItem({u"image/jpeg"_s}, u"rápida"_s);
@@ -393,7 +393,7 @@ private Q_SLOTS:
         QTRY_COMPARE(view().selectedImageName(), u"lenta"_s);
     }
 
-    void doesAtOnceWhatNeedsNoImage()
+    void callsTheActionAtOnceWithoutImports()
     {
         int calls = 0;
         m_screen->intake.whenSettled([&] { ++calls; });
@@ -404,7 +404,7 @@ private Q_SLOTS:
         QCOMPARE(calls, 2);
     }
 
-    void waitsForTheImagesOnTheirWay()
+    void callsTheActionAfterAllImports()
     {
         QStringList names;
         const auto note = [&] { names.append(view().selectedImageName().value_or(u"ninguna"_s)); };
@@ -443,7 +443,7 @@ private Q_SLOTS:
         QCOMPARE(names.size(), 1);
     }
 
-    void waitsNoMoreWithoutTheImage_data()
+    void callsTheActionWhenTheImageIsLost_data()
     {
         QTest::addColumn<std::function<void(Screen &)>>("loseImage");
         using Action = std::function<void(Screen &)>;
@@ -464,9 +464,9 @@ private Q_SLOTS:
         });
         QTest::newRow("all cleared")
             << Action([](Screen &screen) { screen.contentView.clearHistory(); });
-        QTest::newRow("given up") << Action([](Screen &screen) { screen.intake.cancelJobs(); });
+        QTest::newRow("cancelled") << Action([](Screen &screen) { screen.intake.cancelJobs(); });
     }
-    void waitsNoMoreWithoutTheImage()
+    void callsTheActionWhenTheImageIsLost()
     {
         using Action = std::function<void(Screen &)>;
         QFETCH(Action, loseImage);
@@ -533,13 +533,13 @@ private Q_SLOTS:
         verifyNothingTaken();
     }
 
-    void takesNothingThatWasUnderWayWhenSwitchedOff_data()
+    void switchingAnalysisOffCancelsImports_data()
     {
         QTest::addColumn<bool>("switchedOnAgain");
         QTest::newRow("and stays off") << false;
         QTest::newRow("and on again") << true;
     }
-    void takesNothingThatWasUnderWayWhenSwitchedOff()
+    void switchingAnalysisOffCancelsImports()
     {
         QFETCH(bool, switchedOnAgain);
         const auto item = fakeItem({u"image/png"_s});
@@ -554,7 +554,7 @@ private Q_SLOTS:
         verifyNothingTaken();
     }
 
-    void takesNothingThatWasUnderWayForAnotherConversation()
+    void selectingAnotherConversationCancelsImports()
     {
         m_screen->intake.acceptImage(sample(), u"a.png"_s, u"image/png"_s);
         view().selectConversation(QUuid::createUuid());
@@ -562,7 +562,7 @@ private Q_SLOTS:
         verifyNothingTaken();
     }
 
-    void takesNothingThatWasUnderWayWhenTheSameConversationIsSelectedAgain()
+    void selectingTheSameConversationCancelsImports()
     {
         view().startNewConversation();
         m_screen->intake.acceptImage(sample(), u"a.png"_s, u"image/png"_s);

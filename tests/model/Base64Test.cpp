@@ -57,7 +57,7 @@ private Q_SLOTS:
         }
     }
 
-    void takesOnlyWhatAnEncoderWrites()
+    void acceptsOnlyCanonicalEncodings()
     {
         const QByteArray characters = "ABQgwz09+/===-_ \n";
         const qsizetype count = characters.size();
@@ -73,7 +73,7 @@ private Q_SLOTS:
         }
     }
 
-    void takesNoPartOfAGroup()
+    void rejectsAnIncompleteGroup()
     {
         for (const char *text : {"Z", "Zm", "Zm9", "Zm9vY", "Zm9vYg", "Zm9vYg=", "=", "=="})
             QVERIFY2(!decodeBase64(text), text);

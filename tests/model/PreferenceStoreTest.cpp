@@ -122,7 +122,7 @@ private Q_SLOTS:
     void bytesThatCannotBeReadStay();
     void bytesReadLateAreMergedWithEveryValue();
     void bytesReadAtLastAreTheReaders();
-    void noFailureStaysOnceAllIsRead();
+    void theReadFailureEndsOnceAllIsRead();
     void aRemovalNeedNotReadFirst();
     void whatIsNeverReadStaysAtTheEnd();
     void aLostStoreBeginsAnewWithAllThatIsHeld();
@@ -619,7 +619,7 @@ void PreferenceStoreTest::bytesReadAtLastAreTheReaders()
     QCOMPARE(memory->value(u"flag"_s), PreferenceValue(true));
 }
 
-void PreferenceStoreTest::noFailureStaysOnceAllIsRead()
+void PreferenceStoreTest::theReadFailureEndsOnceAllIsRead()
 {
     const auto memory = std::make_shared<PreferenceMemory>();
     memory->setReadFailure(u"busy"_s);

@@ -208,7 +208,7 @@ private Q_SLOTS:
 
     void belongsToTheUserAlone_data();
     void belongsToTheUserAlone();
-    void withdrawsWhatOthersMayRead();
+    void removesTheRightsOfOthers();
     void forgetsWhatWasRemoved();
     void forgetsWhatWasReplaced();
 
@@ -222,9 +222,9 @@ private Q_SLOTS:
     void noticesAFileReplacedWhileItCommits();
     void givesUpOnAFileReplacedOverAndOver();
     void waitsUntilTheNewcomerCanBeMoved();
-    void takesAnotherProgramsCommitForNoDamage_data();
-    void takesAnotherProgramsCommitForNoDamage();
-    void takesACommitThatItWaitedForForNoDamage();
+    void anotherProgramsCommitIsNoDamage_data();
+    void anotherProgramsCommitIsNoDamage();
+    void aCommitItWaitedForIsNoDamage();
     void writesStringsAnewAfterDamageToTheHistory();
     void believesNoSizeBeyondTheFile();
     void readsAfterAKilledProgram();
@@ -234,7 +234,7 @@ private Q_SLOTS:
     void survivesSomethingElseInPlaceOfTheFile();
     void survivesAFullDisk();
     void survivesAReadOnlyFolder();
-    void survivesAReaderThatHoldsOn();
+    void survivesAnotherProgramsLongRead();
     void keepsWhatItCannotRead_data();
     void keepsWhatItCannotRead();
     void takesNoFailedReadForDamage();
@@ -373,7 +373,7 @@ void SqlitePreferenceBackendTest::belongsToTheUserAlone()
     QCOMPARE(mode(m_path + u"-shm"_s), 0600);
 }
 
-void SqlitePreferenceBackendTest::withdrawsWhatOthersMayRead()
+void SqlitePreferenceBackendTest::removesTheRightsOfOthers()
 {
     QVERIFY(openStore(m_path)->flush());
     QCOMPARE(chmod(qPrintable(m_data), 0755), 0);
@@ -738,7 +738,7 @@ void SqlitePreferenceBackendTest::waitsUntilTheNewcomerCanBeMoved()
     QCOMPARE(next->string(u"text"_s), u"after"_s);
 }
 
-void SqlitePreferenceBackendTest::takesAnotherProgramsCommitForNoDamage_data()
+void SqlitePreferenceBackendTest::anotherProgramsCommitIsNoDamage_data()
 {
     QTest::addColumn<QString>("statements");
     const QString insertion = u"INSERT INTO preferences VALUES('other', 'theirs')"_s;
@@ -746,7 +746,7 @@ void SqlitePreferenceBackendTest::takesAnotherProgramsCommitForNoDamage_data()
     QTest::newRow("in the database") << insertion + u"; PRAGMA wal_checkpoint(TRUNCATE)"_s;
 }
 
-void SqlitePreferenceBackendTest::takesAnotherProgramsCommitForNoDamage()
+void SqlitePreferenceBackendTest::anotherProgramsCommitIsNoDamage()
 {
     QFETCH(QString, statements);
     const auto store = openStore(m_path);
@@ -761,7 +761,7 @@ void SqlitePreferenceBackendTest::takesAnotherProgramsCommitForNoDamage()
              QStringList({u"theirs"_s, u"after"_s}));
 }
 
-void SqlitePreferenceBackendTest::takesACommitThatItWaitedForForNoDamage()
+void SqlitePreferenceBackendTest::aCommitItWaitedForIsNoDamage()
 {
     const auto store = openStore(m_path);
     const QSignalSpy repairs(store.get(), &PreferenceStore::repairedWhileCommitting);
@@ -933,7 +933,7 @@ void SqlitePreferenceBackendTest::survivesAReadOnlyFolder()
     QCOMPARE(openStore(m_path)->data(u"history"_s), "[]");
 }
 
-void SqlitePreferenceBackendTest::survivesAReaderThatHoldsOn()
+void SqlitePreferenceBackendTest::survivesAnotherProgramsLongRead()
 {
     const auto store = openStore(m_path);
     store->setData(u"history"_s, constant("first"));

@@ -162,7 +162,7 @@ private Q_SLOTS:
         QVERIFY(!decoder.finish());
     }
 
-    void isAsNewAfterTheEnd()
+    void finishResetsIt()
     {
         LineDecoder decoder;
         QCOMPARE(decoder.decode("uno\r"), QStringList{u"uno"_s});

@@ -104,8 +104,8 @@ class SendFlowAddressesTest : public QObject
 private Q_SLOTS:
     void findsTheService_data();
     void findsTheService();
-    void waitsForNoSilentAddress_data();
-    void waitsForNoSilentAddress();
+    void triesAnotherAddressWhenOneIsSilent_data();
+    void triesAnotherAddressWhenOneIsSilent();
     void findsTheServiceByItsAddress_data();
     void findsTheServiceByItsAddress();
     void saysWhyItFindsNone_data();
@@ -207,7 +207,7 @@ void SendFlowAddressesTest::findsTheService()
         "\r\nHost: " + host + ':' + QByteArray::number(server.port()) + "\r\n"));
 }
 
-void SendFlowAddressesTest::waitsForNoSilentAddress_data()
+void SendFlowAddressesTest::triesAnotherAddressWhenOneIsSilent_data()
 {
     QTest::addColumn<std::vector<int>>("families");
     using Families = std::vector<int>;
@@ -215,7 +215,7 @@ void SendFlowAddressesTest::waitsForNoSilentAddress_data()
     QTest::newRow("silent-last") << Families{AF_INET, AF_INET6};
 }
 
-void SendFlowAddressesTest::waitsForNoSilentAddress()
+void SendFlowAddressesTest::triesAnotherAddressWhenOneIsSilent()
 {
     QFETCH(std::vector<int>, families);
     if (!hasIPv6Loopback())

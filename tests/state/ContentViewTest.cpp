@@ -91,7 +91,7 @@ private Q_SLOTS:
     void titlesOnlyOnce();
     void appendsPiecesByIDWithoutSaving();
     void piecesGoToTheFirstOfEachID();
-    void piecesForWhatIsGoneAreDropped();
+    void piecesForAMissingMessageAreDropped();
     void trimsWithoutSaving();
     void noticeEndsLoadingAndSaves();
     void noticeEndsLoadingFirst();
@@ -471,7 +471,7 @@ void ContentViewTest::piecesGoToTheFirstOfEachID()
     QCOMPARE(screen.conversations().at(1), twin);
 }
 
-void ContentViewTest::piecesForWhatIsGoneAreDropped()
+void ContentViewTest::piecesForAMissingMessageAreDropped()
 {
     Screen screen;
     screen.view.loadHistory();

@@ -92,7 +92,7 @@ private Q_SLOTS:
         QCOMPARE(rowAndRoles(models.messageData, 2).first(), 1);
     }
 
-    void untoldTextIsForgottenWithItsConversation()
+    void aPendingTextChangeIsDroppedWithItsConversation()
     {
         Models models;
         models.conversations.appendMessageText(0, 1, u"x"_s);
@@ -104,7 +104,7 @@ private Q_SLOTS:
         QCOMPARE(rowAndRoles(models.messageData, 1).first(), 0);
     }
 
-    void streamedTextTellsOneRoleOfOneRow()
+    void streamedTextChangesOneRoleOfOneRow()
     {
         Models models;
         models.conversations.appendMessageText(0, 1, u" más"_s);
@@ -118,7 +118,7 @@ private Q_SLOTS:
         QCOMPARE(models.conversationData.count(), 0);
     }
 
-    void textThatStaysTellsNothing()
+    void anUnchangedTextEmitsNothing()
     {
         Models models;
         models.conversations.appendMessageText(0, 1, u""_s);
