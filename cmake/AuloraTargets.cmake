@@ -1,5 +1,5 @@
-# How every target of this project is made: one warning level, one sanitizer switch, one place for
-# the compiler cache. Folders call these functions and list their files; nothing else varies.
+# How every target of this project is made: the warnings, the sanitizers and the compiler cache are
+# set here. The folders call these functions with their files.
 include_guard()
 
 find_program(AULORA_CCACHE ccache)

@@ -1,6 +1,6 @@
-# What makes a fault in memory hard to exploit, in whatever people run: every program and library of
-# a release build, those that Qt's tools generate included. A distribution's own flags say much the
-# same, but nobody who builds from the sources passes them.
+# Options that make memory errors hard to exploit, for every program and library of a release build,
+# also for those that Qt's tools generate. Distributions pass most of them by themselves; a build
+# from the sources does not.
 include_guard()
 
 include(CheckPIESupported)
@@ -15,8 +15,8 @@ if(CMAKE_SYSTEM_NAME STREQUAL "Linux")
                                                     15))
     set(fortify_level 3)
   endif()
-  # A distribution's level would be redefined, which is a warning. Written as one argument: the
-  # first of two that are equal elsewhere would be dropped.
+  # Undefined first, because redefining a distribution's level is a warning. One SHELL: argument,
+  # because CMake would drop an option that is given elsewhere, too.
   add_compile_options(
     "$<$<CONFIG:Release>:-fstack-protector-strong;-fstack-clash-protection>"
     "$<$<CONFIG:Release>:SHELL:-U_FORTIFY_SOURCE -D_FORTIFY_SOURCE=${fortify_level}>")

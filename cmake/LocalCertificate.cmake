@@ -1,5 +1,5 @@
-# The local service's own certificate, made at build time for this machine only, and the trust
-# anchor that the program carries for it.
+# The local service's own certificate, made at build time for this machine only. The program
+# contains it as a trust anchor.
 include_guard()
 
 set(AULORA_LOCAL_CERTIFICATE ${CMAKE_BINARY_DIR}/certificate/localhost.pem)

@@ -46,7 +46,7 @@ class Element:
     @property
     def text(self):
         """The text inside an editable field."""
-        # Qt hands out its own mark between paragraphs.
+        # Qt returns U+2029 between paragraphs.
         return Atspi.Text.get_text(self._accessible, 0, -1).replace("\u2029", "\n")
 
     @property
@@ -68,7 +68,7 @@ class Element:
 
     def press(self):
         """The action that a screen reader takes on a button or a switch."""
-        # Qt lists what a view adds after its own actions of the same names.
+        # Qt lists its own actions before those of the same name that QML adds.
         self._act("Press", "Toggle")
 
     def focus(self):
@@ -81,7 +81,7 @@ class Element:
 
     def _act(self, *names):
         with warnings.catch_warnings():
-            # The binding takes this function for an older one of the same name.
+            # pyatspi calls an older function of the same name.
             warnings.simplefilter("ignore", DeprecationWarning)
             offered = [Atspi.Action.get_action_name(self._accessible, index)
                        for index in range(Atspi.Action.get_n_actions(self._accessible))]

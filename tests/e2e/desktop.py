@@ -14,8 +14,8 @@ from pathlib import Path
 _PR_SET_PDEATHSIG = 1
 _LIBC = ctypes.CDLL(None)
 
-# Keys that no Spanish keyboard and no shortcut of ours needs: they carry the letters that the plain
-# layout lacks. Changing the layout while keys are pressed loses letters, so it changes before.
+# Spare keys, which get the letters that the plain layout lacks. The layout is changed before keys
+# are pressed: changing it meanwhile loses letters.
 _SPARE_KEYS = [f"<I{code}>" for code in range(180, 256)]
 _PLAIN = set(map(chr, range(32, 127)))
 
