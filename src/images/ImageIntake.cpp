@@ -24,7 +24,8 @@ namespace {
 const QString unreadableFileText = u"No pude leer la imagen seleccionada."_s;
 const QString unreadableDropText = u"No pude leer la imagen arrastrada."_s;
 const QString tooLargeText
-    = u"La imagen es demasiado grande. Elegí una imagen de menos de 12 MB."_s;
+    = u"La imagen es demasiado grande. Elegí una imagen de menos de %1 MB."_s.arg(maximumImageBytes
+                                                                                  >> 20);
 const QString noImageText = u"El archivo no parece ser una imagen válida."_s;
 
 struct ImageItem

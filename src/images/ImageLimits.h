@@ -2,7 +2,7 @@
 
 #include <QtGlobal>
 
-/// The largest image taken, in bytes: 12 MB as people count them. One byte more is refused.
+/// The largest image taken, in bytes; a whole number of MiB, which an error message states.
 constexpr qint64 maximumImageBytes = qint64(12) * 1024 * 1024;
 
 /// The largest image decoded, in pixels: above any camera of today.

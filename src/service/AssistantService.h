@@ -9,7 +9,7 @@
 /// Where the assistant is and how it is reached. Fixed when the program is built.
 struct AssistantService
 {
-    /// Always https, always the path /api/chat.
+    /// Always https.
     QUrl apiURL;
     /// PEM certificates trusted besides the system's roots; empty for none.
     QByteArray extraTrustAnchors;

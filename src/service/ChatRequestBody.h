@@ -9,12 +9,12 @@
 /// A request as compact JSON in UTF-8: one object of strings with the keys message and userId and,
 /// with an image, imageBase64, imageMimeType and imageName.
 ///
-/// It comes in blocks, and the image becomes base64 block by block, so that an image of 12 MiB
-/// costs neither 16 MiB more memory nor a stalled frame.
+/// It comes in blocks, and the image becomes base64 block by block, so that the largest image costs
+/// neither the memory of its base64 nor a stalled frame.
 class ChatRequestBody
 {
 public:
-    /// Longest text of a request, in UTF-16 units: as much as the base64 of the largest image.
+    /// Longest text of a request, in UTF-16 units.
     static constexpr qsizetype maximumTextLength = qsizetype(16) * 1024 * 1024;
 
     /// Nothing when a text is longer than `maximumTextLength`. A lone surrogate, which UTF-8 cannot
