@@ -25,10 +25,12 @@
 
 using namespace Qt::StringLiterals;
 
-static constexpr int students = 200;
-static constexpr int linesOfAnAnswer = 200;
-static constexpr int linesPerSecond = 20;
-static constexpr int patience = 120'000;
+namespace {
+
+constexpr int students = 200;
+constexpr int linesOfAnAnswer = 200;
+constexpr int linesPerSecond = 20;
+constexpr int patience = 120'000;
 
 /// When what happened to one student, in milliseconds since the beginning.
 struct Record
@@ -175,7 +177,7 @@ private:
 };
 
 // A value of /proc/<process>/status, in KiB.
-static qint64 memory(qint64 process, const QByteArray &name)
+qint64 memory(qint64 process, const QByteArray &name)
 {
     QFile file(u"/proc/%1/status"_s.arg(process));
     if (!file.open(QIODevice::ReadOnly))
@@ -188,7 +190,7 @@ static qint64 memory(qint64 process, const QByteArray &name)
 }
 
 // Processor time of a process so far, in milliseconds.
-static qint64 processorTime(qint64 process)
+qint64 processorTime(qint64 process)
 {
     constexpr int userTime = 11; // Behind the name, which is in parentheses
     QFile file(u"/proc/%1/stat"_s.arg(process));
@@ -201,7 +203,7 @@ static qint64 processorTime(qint64 process)
 }
 
 template <typename Condition>
-static bool waitUntil(Condition condition)
+bool waitUntil(Condition condition)
 {
     QElapsedTimer timer;
     timer.start();
@@ -210,12 +212,14 @@ static bool waitUntil(Condition condition)
     return condition();
 }
 
-static void print(const char *name, qint64 value, const char *unit, qint64 budget)
+void print(const char *name, qint64 value, const char *unit, qint64 budget)
 {
     std::printf("figure: %d students, %s = %lld %s (budget <= %lld %s) %s\n", students, name,
                 static_cast<long long>(value), unit, static_cast<long long>(budget), unit,
                 value <= budget ? "ok" : "MISSED");
 }
+
+} // namespace
 
 int main(int argc, char *argv[])
 {

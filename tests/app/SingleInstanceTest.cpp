@@ -19,9 +19,13 @@
 using namespace Qt::StringLiterals;
 using Outcome = SingleInstance::Outcome;
 
-/// This program takes the lock of the folder it is called with, prints a line, and never answers
-/// another launch.
-static const QString holderArgument = u"--hold"_s;
+namespace {
+
+/// With this argument this program takes the lock of the folder it is called with, prints a line,
+/// and never answers another launch.
+const QString holderArgument = u"--hold"_s;
+
+} // namespace
 
 class SingleInstanceTest : public QObject
 {

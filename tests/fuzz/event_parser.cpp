@@ -8,6 +8,8 @@
 #include <cstdint>
 #include <cstdlib>
 
+namespace {
+
 struct Reading
 {
     QString text;
@@ -16,7 +18,7 @@ struct Reading
     bool operator==(const Reading &) const = default;
 };
 
-static Reading read(QByteArrayView bytes, qsizetype pieceSize)
+Reading read(QByteArrayView bytes, qsizetype pieceSize)
 {
     ChatCompletionParser parser;
     ThinkingFilter filter;
@@ -28,6 +30,8 @@ static Reading read(QByteArrayView bytes, qsizetype pieceSize)
     text += filter.feed(parser.finish()) + filter.finish();
     return {text, parser.state()};
 }
+
+} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {

@@ -6,7 +6,9 @@
 #include <cstdint>
 #include <cstdlib>
 
-static QStringList reduce(const QString &text, qsizetype pieceSize)
+namespace {
+
+QStringList reduce(const QString &text, qsizetype pieceSize)
 {
     MarkdownReducer reducer;
     QStringList lines;
@@ -14,6 +16,8 @@ static QStringList reduce(const QString &text, qsizetype pieceSize)
         lines += reducer.feed(text.mid(at, pieceSize));
     return lines + reducer.finish();
 }
+
+} // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t *data, size_t size)
 {
