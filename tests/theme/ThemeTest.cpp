@@ -1,6 +1,7 @@
 #include "Theme.h"
 
 #include <QFontInfo>
+#include <QGlyphRun>
 #include <QGuiApplication>
 #include <QQmlComponent>
 #include <QQmlEngine>
@@ -8,7 +9,9 @@
 #include <QScreen>
 #include <QSignalSpy>
 #include <QTest>
+#include <QTextLayout>
 
+#include <algorithm>
 #include <cmath>
 #include <memory>
 
@@ -30,6 +33,8 @@ private Q_SLOTS:
     void fontSize();
     void fontWeight_data();
     void fontWeight();
+    void fontOfACharacter_data();
+    void fontOfACharacter();
     void tracking();
 };
 
@@ -220,6 +225,38 @@ void ThemeTest::fontWeight()
     QCOMPARE(int(font.weight()), weight);
     // The font's own face, not a synthetic bold.
     QCOMPARE(QRawFont::fromFont(font).weight(), weight);
+}
+
+void ThemeTest::fontOfACharacter_data()
+{
+    QTest::addColumn<QString>("text");
+    QTest::addColumn<bool>("isEmoji");
+
+    QTest::newRow("letters") << u"aÁñ"_s << false;
+    QTest::newRow("digits") << u"0123456789"_s << false;
+    QTest::newRow("signs that emoji fonts have too") << u"#*©®"_s << false;
+    QTest::newRow("mathematics") << u"√≥µ→₂⁺"_s << false;
+    QTest::newRow("a face") << u"😀"_s << true;
+    QTest::newRow("a physician, of several characters") << u"👩‍⚕️"_s << true;
+}
+
+void ThemeTest::fontOfACharacter()
+{
+    QFETCH(QString, text);
+    QFETCH(bool, isEmoji);
+
+    for (const auto weight : {QFont::Normal, QFont::Medium, QFont::DemiBold, QFont::Bold}) {
+        QTextLayout layout(text, Theme::font(13, weight));
+        layout.beginLayout();
+        layout.createLine();
+        layout.endLayout();
+        const auto runs = layout.glyphRuns();
+        QCOMPARE(std::ranges::any_of(runs,
+                                     [](const QGlyphRun &run) {
+                                         return run.rawFont().familyName() == u"Noto Color Emoji";
+                                     }),
+                 isEmoji);
+    }
 }
 
 void ThemeTest::tracking()

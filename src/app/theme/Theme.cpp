@@ -26,12 +26,27 @@ bool hasScreenWeights(const QString &family)
     return medium && semibold;
 }
 
+/// A letter comes from the first of its families that has it. Emoji fonts have digits of their own,
+/// so the text's family comes before them; the system's font may have emoji without colour, so it
+/// comes after them.
 QFont interfaceFont()
 {
     QFont font = QFontDatabase::systemFont(QFontDatabase::GeneralFont);
-#ifndef Q_OS_MACOS // whose system font has every weight but lists no styles
+#ifndef Q_OS_MACOS // whose system font has every weight but lists no styles, and finds its own
+                   // emoji
+    QStringList families;
+    const auto addIfThere = [&families](const QString &family) {
+        if (QFontDatabase::hasFamily(family))
+            families.append(family);
+    };
     if (!hasScreenWeights(font.family()))
-        font.setFamilies({u"Inter"_s, font.family()});
+        addIfThere(u"Inter"_s);
+    if (families.isEmpty())
+        families.append(font.family());
+    addIfThere(u"Noto Color Emoji"_s);
+    families.append(font.family());
+    families.removeDuplicates();
+    font.setFamilies(families);
 #endif
     return font;
 }
