@@ -17,8 +17,8 @@ PlainListItem {
 
     text: title
     highlighted: selected
-    // A title of several lines makes the row taller; there is no padding above and below.
-    implicitHeight: Math.max(43, contentItem.implicitHeight)
+    // A title of several lines makes the row taller, with some air above and below.
+    implicitHeight: Math.max(43, contentItem.implicitHeight + 2 * 6)
     focusRadius: 9
     leftPadding: 8
     rightPadding: 8
