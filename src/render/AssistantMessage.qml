@@ -42,7 +42,7 @@ Item {
         textScale: message.textScale
         color: Theme.primary
         dotColor: Theme.accent
-        selectionColor: Theme.dark ? Theme.accent : Theme.accentAt(0.25)
+        selectionColor: Theme.selection
     }
 
     LazyItem {

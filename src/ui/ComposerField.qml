@@ -110,7 +110,7 @@ FocusScope {
                 return font;
             }
             color: Theme.primary
-            selectionColor: Theme.accentAt(0.24)
+            selectionColor: Theme.selection
             selectedTextColor: Theme.primary
             Accessible.role: Accessible.EditableText
             Accessible.name: "Mensaje"

@@ -209,6 +209,15 @@ Item {
             compare(root.messageText, "");
         }
 
+        function test_selectionCanBeSeen_data() {
+            return schemes;
+        }
+        function test_selectionCanBeSeen(scheme) {
+            useScheme(scheme);
+            verifyColor(edit.selectionColor, accentAt(scheme.tag === "dark" ? 1 : 0.25));
+            verifyColor(edit.selectedTextColor, primaryAt(scheme, 1));
+        }
+
         function test_returnSends_data() {
             return [
                 { tag: "return", key: Qt.Key_Return, modifiers: Qt.NoModifier },
