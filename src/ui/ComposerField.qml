@@ -74,9 +74,10 @@ FocusScope {
 
     Label {
         objectName: "placeholder"
-        x: 17
+        // Beside the caret, not under it.
+        x: 17 + 3
         y: 13
-        width: scroll.width
+        width: scroll.width - 3
         text: field.placeholder
         points: 14
         color: Theme.secondary

@@ -156,6 +156,8 @@ Item {
             const placeholder = child(bar, "placeholder");
             compare(placeholder.text, "Preguntale a Aulora IA...");
             compare(placeholder.visible, true);
+            const caret = edit.mapToItem(bar, edit.cursorRectangle);
+            verify(rectangle(placeholder, bar).x >= caret.x + caret.width + 2, "beside the caret");
             root.hasImage = true;
             compare(placeholder.text, "Preguntá sobre la imagen...");
             compare(edit.Accessible.description, "Preguntá sobre la imagen...");
