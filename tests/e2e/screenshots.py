@@ -1,7 +1,12 @@
 """Takes pictures of every screen of the program, for looking at them.
 
-Usage: screenshots.py PROGRAM DRAG_SOURCE ASSISTANT_HOST CERTIFICATE KEY FOLDER
+Usage: screenshots.py PROGRAM DRAG_SOURCE ASSISTANT_HOST CERTIFICATE KEY FOLDER [NAME...]
+
+Each set of pictures has a name: `light` and `dark`, with `-1.5` or `-2` for a larger scale and
+`-opengl` for the other renderer, and `minimum`, the smallest window. Without names all are taken.
 """
+
+import fnmatch
 
 import sys
 import tempfile
@@ -33,6 +38,10 @@ La mitosis reparte los cromosomas **duplicados** en dos núcleos iguales. Dura c
 
 Verificá siempre con la bibliografía de tu cátedra.
 """
+# Scripts, directions and signs, on one line; none of it can be typed on this keyboard.
+SCRIPTS = "😀 👩‍⚕️ 0123 مرحبا بالعالم שלום 医学 चिकित्सा √x ≥ 5 µg → H₂O Na⁺ ♀♂"
+TITLES = ["Ciclo cardíaco y sus ruidos", "Nefrona: filtración y reabsorción",
+          "Diferencias entre artropatías", "Gasometría"]
 
 
 def draw_cells(path, size=(1600, 1100), background="#f6dbe4"):
@@ -124,7 +133,9 @@ class Photographer:
             self.take(program, f"{name}-drop")
 
         x, y = DESKTOP.position(program.window)
-        DESKTOP.drag_from(self.drag_source, "text/uri-list", picture, (x + 600, y + 300),
+        scale = float(environment.get("QT_SCALE_FACTOR", 1))
+        point = (round(x + 600 * scale), round(y + 300 * scale))
+        DESKTOP.drag_from(self.drag_source, "text/uri-list", picture, point,
                           before_drop=take_overlay)
         program.button("Quitar imagen")
         program.write("¿Qué tejido es?")
@@ -168,19 +179,62 @@ class Photographer:
         self.take(program, f"{name}-chooser-empty")
         program.kill()
 
-    def run(self):
-        for scheme in ("light", "dark"):
-            self.screens(scheme, scheme)
-            self.images(scheme, scheme)
-            self.chooser(scheme, scheme)
-        self.screens("light", "minimum", size=(940, 700))
-        self.screens("light", "twice", QT_SCALE_FACTOR="2")
-        self.images("light", "twice", QT_SCALE_FACTOR="2")
-        self.chooser("light", "twice", QT_SCALE_FACTOR="2")
+    def details(self, scheme, name, **environment):
+        """What shows only for a moment: the keyboard's ring, a selection, a tooltip; and every
+        script in each place that shows text."""
+        home = tempfile.mkdtemp(prefix="home-", dir=DESKTOP.folder)
+        program = self.start(home, scheme, **environment)
+        for number, title in enumerate([*TITLES, SCRIPTS]):
+            if number:
+                program.button("Nueva conversación").press()
+            program.write_pasted(title)
+            DESKTOP.press("Return")
+            self.assistant.next_request().answer(f"{title}\n\n- **{title}**\n")
+            program.wait_for_status("En línea")
+        program.write_pasted(SCRIPTS)
+        program.wait_for(lambda: len(program.messages()) == 2, "the reply")
+        self.take(program, f"{name}-scripts")
+        DESKTOP.press("ctrl+a")
+        self.take(program, f"{name}-selection")
+        DESKTOP.press("ctrl+x")
+        for step in range(40):
+            DESKTOP.press("Tab")
+            focused = program.focused()
+            if focused and focused.name in ("Nueva conversación", "Borrar historial", "Configuración",
+                                            "Adjuntar imagen", "Conversación", SCRIPTS):
+                self.take(program, f"{name}-ring-{focused.role}-{focused.name[:6].strip()}")
+            if focused and step and focused.role == "text":
+                break
+        x, y = program.button("Enviar").center
+        DESKTOP.move_pointer(x - 3, y)
+        DESKTOP.move_pointer(x, y)
+        program.element("tool tip", "Enviar")
+        self.take(program, f"{name}-tooltip")
+        program.kill()
+
+    def sets(self):
+        """Every set of pictures by its name."""
+        for renderer, suffix in ((("QT_QUICK_BACKEND", "software"), ""),
+                                 (("LIBGL_ALWAYS_SOFTWARE", "1"), "-opengl")):
+            for scale in ("1", "1.5", "2"):
+                for scheme in ("light", "dark"):
+                    name = scheme + (f"-{scale}" if scale != "1" else "") + suffix
+                    yield name, scheme, None, dict([renderer, ("QT_SCALE_FACTOR", scale)])
+        yield "minimum", "light", (940, 700), {"QT_QUICK_BACKEND": "software"}
+
+    def run(self, wanted):
+        for name, scheme, size, environment in self.sets():
+            if not any(fnmatch.fnmatch(name, pattern) for pattern in wanted or ["*"]):
+                continue
+            self.screens(scheme, name, size=size, **environment)
+            if not size:
+                self.images(scheme, name, **environment)
+                self.details(scheme, name, **environment)
+                self.chooser(scheme, name, **environment)
 
 
 if __name__ == "__main__":
     try:
-        Photographer(*sys.argv[1:]).run()
+        Photographer(*sys.argv[1:7]).run(sys.argv[7:])
     finally:
         DESKTOP.close()
