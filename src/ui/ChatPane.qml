@@ -52,7 +52,7 @@ ScrollPane {
     FocusRing {
         parent: pane
         control: visiblePart
-        gap: -thickness - 3
+        isInside: true
         innerRadius: 10
     }
 

@@ -188,6 +188,7 @@ Rectangle {
             objectName: "settings"
             width: parent.width
             height: 52
+            focusRingIsInside: true
             leftPadding: 14
             rightPadding: 14
             text: "Configuración"

@@ -476,7 +476,7 @@ Item {
             program.reply(longText);
             waitForScrolls();
             const part = child(pane, "visiblePart");
-            const ring = () => items(pane, item => item.borderWidth === 2.5 && item.visible).filter(item => item.parent.control === part);
+            const ring = () => items(pane, item => item.borderWidth > 2 && item.visible).filter(item => item.parent.control === part);
             compare(ring().length, 0);
             const edit = child(column, "edit");
             edit.forceActiveFocus();

@@ -1,79 +1,12 @@
 #include "ContinuousRectangle.h"
 
 #include "ContinuousCorners.h"
+#include "NinePartNode.h"
 
 #include <QPainter>
 #include <QQuickWindow>
-#include <QSGImageNode>
-#include <QSGTexture>
 
-#include <algorithm>
-#include <array>
 #include <cmath>
-#include <memory>
-
-namespace {
-
-/// One axis of the image and of the item, cut in three. The outer parts are as long in both; in the
-/// image the middle part has a spare pixel on either side. All cuts lie on whole device pixels: at
-/// fractions of one the software renderer leaves a pixel out between two parts, or paints it twice.
-struct Cut
-{
-    std::array<double, 4> image; ///< device pixels
-    std::array<double, 4> item; ///< logical pixels
-};
-
-Cut cut(int imagePixels, double itemLength, double ratio)
-{
-    const double middle = std::floor(imagePixels / 2.0);
-    const double first = middle / ratio;
-    const double last = (imagePixels - middle - 1) / ratio;
-    const double length = std::round(itemLength * ratio) / ratio;
-    return {.image = {0, middle, middle + 1, static_cast<double>(imagePixels)},
-            .item = {0, first, std::max(length - last, first), length}};
-}
-
-/// The nine parts, in rows, and the one texture they share.
-class NinePartNode : public QSGNode
-{
-public:
-    explicit NinePartNode(QQuickWindow *window)
-    {
-        for (auto &part : m_parts) {
-            part = window->createImageNode();
-            part->setFiltering(QSGTexture::Nearest);
-            appendChildNode(part);
-        }
-    }
-
-    void setTexture(QSGTexture *texture)
-    {
-        for (auto *part : m_parts)
-            part->setTexture(texture);
-        m_texture.reset(texture);
-    }
-
-    void place(const Cut &horizontal, const Cut &vertical)
-    {
-        const auto span = [](const std::array<double, 4> &x, size_t column,
-                             const std::array<double, 4> &y, size_t row) {
-            return QRectF(QPointF(x.at(column), y.at(row)),
-                          QPointF(x.at(column + 1), y.at(row + 1)));
-        };
-        for (size_t i = 0; i < m_parts.size(); ++i) {
-            const size_t column = i % 3;
-            const size_t row = i / 3;
-            m_parts.at(i)->setSourceRect(span(horizontal.image, column, vertical.image, row));
-            m_parts.at(i)->setRect(span(horizontal.item, column, vertical.item, row));
-        }
-    }
-
-private:
-    std::unique_ptr<QSGTexture> m_texture;
-    std::array<QSGImageNode *, 9> m_parts{};
-};
-
-} // namespace
 
 ContinuousRectangle::ContinuousRectangle(QQuickItem *parent)
     : QQuickItem(parent)
@@ -146,12 +79,16 @@ void ContinuousRectangle::updatePolish()
 
 QImage ContinuousRectangle::paint(QSizeF size, double ratio) const
 {
-    QImage image((size * ratio).toSize(), QImage::Format_ARGB32_Premultiplied);
+    const QSize pixels(static_cast<int>(nearestPixel(size.width(), ratio)),
+                       static_cast<int>(nearestPixel(size.height(), ratio)));
+    QImage image(pixels, QImage::Format_ARGB32_Premultiplied);
     image.setDevicePixelRatio(ratio);
     image.fill(Qt::transparent);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillPath(continuousRoundedPath({{}, size}, m_radius), m_color);
+    // In whole pixels, so that its edges are as sharp on the far sides as on the near ones.
+    const QRectF edges({}, image.deviceIndependentSize());
+    painter.fillPath(continuousRoundedPath(edges, m_radius), m_color);
     if (m_borderWidth > 0) {
         QPen pen(m_borderColor, m_borderWidth, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin);
         pen.setMiterLimit(10);
@@ -162,7 +99,7 @@ QImage ContinuousRectangle::paint(QSizeF size, double ratio) const
             pen.setDashPattern(inPenWidths);
         }
         const double inset = m_borderWidth / 2;
-        const QRectF middleOfLine = QRectF({}, size).adjusted(inset, inset, -inset, -inset);
+        const QRectF middleOfLine = edges.adjusted(inset, inset, -inset, -inset);
         painter.strokePath(continuousRoundedPath(middleOfLine, m_radius - inset), pen);
     }
     return image;
@@ -180,12 +117,10 @@ QSGNode *ContinuousRectangle::updatePaintNode(QSGNode *node, UpdatePaintNodeData
         m_imageChanged = true;
     }
     if (m_imageChanged) {
-        parts->setTexture(
-            window()->createTextureFromImage(m_image, QQuickWindow::TextureCanUseAtlas));
+        parts->setImage(m_image, window());
         m_imageChanged = false;
     }
-    const double ratio = m_image.devicePixelRatio();
-    parts->place(cut(m_image.width(), width(), ratio), cut(m_image.height(), height(), ratio));
+    parts->place(size());
     return parts;
 }
 

@@ -14,12 +14,19 @@ Item {
 
     signal returnPressed
 
-    /// Between the control's edge and the ring; negative for a ring within.
-    property real gap: 2
-    readonly property real thickness: 2.5
+    /// Where the ring has no room around the control, it lies within.
+    property bool isInside: false
+
+    readonly property real thickness: wholePixels(2.5)
+    readonly property real gap: wholePixels(isInside ? 3 : 2)
+
+    // A ring of broken pixels would be blurred, and not the same on all its sides.
+    function wholePixels(points: real): real {
+        return Math.round(points * Screen.devicePixelRatio) / Screen.devicePixelRatio;
+    }
 
     anchors.fill: parent
-    anchors.margins: -gap - thickness
+    anchors.margins: isInside ? gap : -gap - thickness
     z: 1
 
     Keys.onPressed: event => {
@@ -32,7 +39,7 @@ Item {
     ContinuousRectangle {
         anchors.fill: parent
         visible: ring.control.visualFocus
-        radius: ring.innerRadius + ring.gap + ring.thickness
+        radius: ring.isInside ? ring.innerRadius : ring.innerRadius + ring.gap + ring.thickness
         borderWidth: ring.thickness
         borderColor: Qt.alpha(Theme.dark ? Qt.lighter(Theme.accent, 1.9) : Theme.accent, 0.65)
     }

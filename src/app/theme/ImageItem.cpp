@@ -1,5 +1,7 @@
 #include "ImageItem.h"
 
+#include "WholePixelNode.h"
+
 #include <QQuickWindow>
 #include <QSGImageNode>
 
@@ -30,19 +32,23 @@ QSGNode *ImageItem::updatePaintNode(QSGNode *node, UpdatePaintNodeData *)
         delete node;
         return nullptr;
     }
-    auto *imageNode = static_cast<QSGImageNode *>(node);
-    if (!imageNode) {
-        imageNode = window()->createImageNode();
-        imageNode->setOwnsTexture(true);
+    auto *place = static_cast<WholePixelNode *>(node);
+    if (!place) {
+        place = new WholePixelNode;
+        auto *created = window()->createImageNode();
+        created->setOwnsTexture(true);
+        place->appendChildNode(created);
         m_imageChanged = true;
     }
+    place->setRatio(m_image.devicePixelRatio());
+    auto *imageNode = static_cast<QSGImageNode *>(place->firstChild());
     if (m_imageChanged) {
         imageNode->setTexture(
             window()->createTextureFromImage(m_image, QQuickWindow::TextureCanUseAtlas));
         m_imageChanged = false;
     }
     imageNode->setRect(QRectF({}, m_image.deviceIndependentSize()));
-    return imageNode;
+    return place;
 }
 
 void ImageItem::geometryChange(const QRectF &newGeometry, const QRectF &oldGeometry)

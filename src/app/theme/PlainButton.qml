@@ -9,11 +9,15 @@ T.AbstractButton {
     id: button
 
     property real focusRadius: 8
+    /// Whether the ring of the keyboard's focus lies within the button, where it has no room around.
+    property bool focusRingIsInside: false
 
     implicitWidth: implicitContentWidth + leftPadding + rightPadding
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     focusPolicy: Qt.TabFocus
     opacity: down ? 0.65 : 1
+    // Its ring lies over its neighbours.
+    z: visualFocus ? 1 : 0
     Keys.forwardTo: [ring]
     Accessible.name: text
     // Qt offers the action to a screen reader but leaves doing it to us.
@@ -27,6 +31,7 @@ T.AbstractButton {
 
         control: button
         innerRadius: button.focusRadius
+        isInside: button.focusRingIsInside
         onReturnPressed: button.clicked()
     }
 }

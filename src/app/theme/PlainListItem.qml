@@ -13,6 +13,8 @@ T.ItemDelegate {
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     focusPolicy: Qt.TabFocus
     opacity: down ? 0.65 : 1
+    // Its ring lies over its neighbours.
+    z: visualFocus ? 1 : 0
     Keys.forwardTo: [ring]
     Accessible.role: Accessible.ListItem
     Accessible.name: text

@@ -13,6 +13,8 @@ T.RadioButton {
     implicitHeight: implicitContentHeight + topPadding + bottomPadding
     focusPolicy: Qt.TabFocus
     opacity: down ? 0.65 : 1
+    // Its ring lies over its neighbours.
+    z: visualFocus ? 1 : 0
     Keys.forwardTo: [ring]
     // The role is Qt's own for this control; another one stated here would not count.
     Accessible.role: Accessible.RadioButton
