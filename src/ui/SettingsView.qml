@@ -87,6 +87,7 @@ Item {
         anchors.bottom: parent.bottom
         width: parent.width
         contentHeight: sections.height
+        barMargin: 12
 
         Column {
             id: sections

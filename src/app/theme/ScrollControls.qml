@@ -10,6 +10,8 @@ Item {
     id: controls
 
     required property Flickable flickable
+    /// How far from the flickable's lower end the bar ends: where that has a rounded corner.
+    property real barMargin: 0
 
     readonly property real wheelStep: 60
     readonly property bool scrollable: flickable.contentHeight > flickable.height
@@ -86,6 +88,7 @@ Item {
         anchors.top: parent.top
         anchors.right: parent.right
         anchors.bottom: parent.bottom
+        anchors.bottomMargin: controls.barMargin
         implicitWidth: 11
         padding: 2
         minimumSize: 24 / Math.max(24, height)

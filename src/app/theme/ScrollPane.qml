@@ -6,6 +6,9 @@ import Aulora.Theme
 Flickable {
     id: pane
 
+    /// How far from the pane's lower end its scroll bar ends.
+    property alias barMargin: controls.barMargin
+
     contentWidth: width
     contentHeight: contentItem.childrenRect.height
     interactive: false
