@@ -43,6 +43,16 @@ T.Dialog {
         color: Theme.windowBackground
         borderWidth: 1
         borderColor: Theme.separator
+
+        SoftShadow {
+            objectName: "shadow"
+            anchors.fill: parent
+            z: -1
+            radius: parent.radius
+            spread: 36
+            drop: 12
+            color: Qt.alpha("black", Theme.dark ? 0.65 : 0.38)
+        }
     }
 
     enter: Transition {
