@@ -44,6 +44,8 @@ Rectangle {
     }
 
     ChatPane {
+        id: chatPane
+
         objectName: "chatPane"
         anchors.top: topDivider.bottom
         anchors.bottom: bottomDivider.top
@@ -124,5 +126,6 @@ Rectangle {
         objectName: "dropOverlay"
         anchors.fill: parent
         presented: detail.contentView.isDropTargeted
+        backdrop: chatPane
     }
 }

@@ -7,6 +7,11 @@ Item {
     id: overlay
 
     required property bool presented
+    /// A sibling that lies behind the panel and is seen through it.
+    property Item backdrop: null
+
+    /// What shines through has to be blurred, or it would be read with the text.
+    readonly property bool isTranslucent: backdrop !== null && GraphicsInfo.api !== GraphicsInfo.Software
 
     readonly property int fadeDuration: 160
 
@@ -31,14 +36,53 @@ Item {
         dashPattern: [9, 7]
     }
 
+    // What lies behind, drawn smaller, and that drawn as a few pixels, which blur when they are drawn
+    // large again: in two steps, since in one too much would be left out between them.
+    ShaderEffectSource {
+        id: smaller
+
+        width: panel.width
+        height: panel.height
+        visible: false
+        sourceItem: overlay.visible && overlay.isTranslucent ? overlay.backdrop : null
+        sourceRect: overlay.backdrop ? Qt.rect(panel.x - overlay.backdrop.x, panel.y - overlay.backdrop.y,
+                                               panel.width, panel.height) : Qt.rect(0, 0, 0, 0)
+        textureSize: Qt.size(Math.ceil(panel.width / 2), Math.ceil(panel.height / 2))
+        mipmap: true
+    }
+
+    ShaderEffectSource {
+        id: coarse
+
+        visible: false
+        sourceItem: smaller.sourceItem ? smaller : null
+        textureSize: Qt.size(Math.ceil(panel.width / 16), Math.ceil(panel.height / 16))
+    }
+
     ContinuousRectangle {
+        anchors.fill: panel
+        visible: overlay.isTranslucent
+        radius: panel.radius
+        color: Theme.textBackground
+
+        ContinuousTexture {
+            anchors.fill: parent
+            radius: panel.radius
+            source: coarse
+        }
+    }
+
+    ContinuousRectangle {
+        id: panel
+
+        readonly property color material: Theme.dark ? Theme.windowBackground : Theme.panelBackground
+
         objectName: "panel"
         anchors.centerIn: parent
         width: stack.implicitWidth + 60
         height: stack.implicitHeight + 60
         radius: 18
-        // Opaque: what is below is not blurred, and would be hard to tell from the text.
-        color: Theme.dark ? Theme.windowBackground : Theme.panelBackground
+        color: overlay.isTranslucent ? Qt.alpha(material, 0.75) : material
         borderColor: Theme.hairline
         borderWidth: 1
 
