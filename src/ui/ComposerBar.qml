@@ -63,6 +63,12 @@ FocusScope {
                         bar.attachRequested();
                 }
 
+                Tooltip {
+                    objectName: "attachTooltip"
+                    button: attach
+                    isAbove: true
+                }
+
                 contentItem: Item {
                     Symbol {
                         anchors.centerIn: parent
@@ -122,6 +128,13 @@ FocusScope {
                         color: "white"
                     }
                 }
+            }
+
+            // Not within the button, which hears of no pointer while there is nothing to send.
+            Tooltip {
+                objectName: "sendTooltip"
+                button: send
+                isAbove: true
             }
         }
 

@@ -137,14 +137,12 @@ Rectangle {
                 anchors.rightMargin: 11
                 width: 25
                 height: 25
-                hoverEnabled: true
                 text: "Borrar historial"
                 onClicked: sidebar.clearHistoryRequested()
 
                 Tooltip {
                     objectName: "tooltip"
-                    text: clear.text
-                    visible: clear.hovered
+                    button: clear
                 }
 
                 contentItem: Item {
@@ -188,9 +186,9 @@ Rectangle {
             objectName: "settings"
             width: parent.width
             height: 52
-            focusRingIsInside: true
             leftPadding: 14
             rightPadding: 14
+            focusRingIsInside: true
             text: "Configuración"
             onClicked: sidebar.settingsRequested()
 

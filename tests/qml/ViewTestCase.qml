@@ -117,6 +117,18 @@ TestCase {
         verify(Math.abs(text.font.letterSpacing - (tracking ?? 0)) < 1 / 64, text.text);
     }
 
+    /// The pointer rests on `over` and then goes to a corner of `outside`.
+    function verifyTooltip(tooltip, over, text, outside) {
+        compare(tooltip.popup, null, "not made before it is wanted");
+        mouseMove(over, over.width / 2, over.height / 2);
+        tryVerify(() => tooltip.popup !== null);
+        compare(tooltip.popup.text, text);
+        compare(tooltip.popup.contentItem.textFormat, Text.PlainText);
+        tryCompare(tooltip.popup, "visible", true);
+        mouseMove(outside, outside.width - 1, outside.height - 1);
+        tryCompare(tooltip.popup, "visible", false);
+    }
+
     function verifySymbol(item, size, weight) {
         compare(item.size, size, item.name);
         compare(item.weight, weight, item.name);

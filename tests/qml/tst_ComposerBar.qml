@@ -211,6 +211,23 @@ Item {
             compare(root.messageText, "");
         }
 
+        function test_tooltips() {
+            verifyTooltip(child(bar, "attachTooltip"), child(bar, "attach"), "Adjuntar imagen", root);
+            verifyTooltip(child(bar, "sendTooltip"), child(bar, "send"), "Enviar", root);
+        }
+
+        function test_tooltipGoesWithAPress() {
+            root.messageText = "hola";
+            const send = child(bar, "send");
+            const tooltip = child(bar, "sendTooltip");
+            mouseMove(send, 20, 20);
+            tryVerify(() => tooltip.popup?.opened ?? false);
+            mouseClick(send);
+            compare(sent.count, 1);
+            tryCompare(tooltip.popup, "visible", false);
+            mouseMove(root, root.width - 1, root.height - 1);
+        }
+
         function test_selectionCanBeSeen_data() {
             return schemes;
         }

@@ -179,13 +179,8 @@ Item {
 
         function test_tooltip() {
             const clear = child(make(1), "clear");
-            mouseMove(clear, 12, 12);
-            const tooltip = findChild(clear, "tooltip");
-            verify(tooltip !== null);
-            compare(tooltip.text, "Borrar historial");
-            tryCompare(tooltip, "visible", true);
-            mouseMove(root, root.width - 1, root.height - 1);
-            tryCompare(tooltip, "visible", false);
+            const tooltip = child(clear, "tooltip");
+            verifyTooltip(tooltip, clear, "Borrar historial", root);
         }
 
         function test_countFollowsTheList() {
