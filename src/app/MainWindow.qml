@@ -32,6 +32,19 @@ Window {
         value: window.contentView.appearanceRawValue
     }
 
+    // The toolkit's own names for these two have no keys on some desktops.
+    Shortcut {
+        sequence: "Ctrl+W"
+        onActivated: window.close()
+    }
+
+    Shortcut {
+        sequence: "Ctrl+Q"
+        // Whatever is presented over the window.
+        context: Qt.ApplicationShortcut
+        onActivated: Qt.quit()
+    }
+
     ImageDropArea {
         objectName: "dropArea"
         anchors.fill: parent

@@ -100,6 +100,18 @@ class ComposerTest(AuloraTestCase):
         self.desktop.press("dead_acute", "e", "dead_tilde", "n", "Multi_key", "apostrophe", "o")
         program.wait_for_composer("genéñó")
 
+    def test_input_method_composes_and_does_not_send(self):
+        method = self.desktop.start_input_method()
+        self.addCleanup(method.terminate)
+        program = self.start(QT_IM_MODULE="ibus", IBUS_USE_PORTAL="1")
+        program.write("de ")
+        # "n" begins a word, Return ends it, and the next Return is the program's.
+        self.desktop.press("n", "i", "Return")
+        program.wait_for_composer("de 日")
+        self.assertEqual(self.assistant.seen, [])
+        self.desktop.press("Return")
+        self.assertEqual(self.assistant.next_request().json["message"], "de 日")
+
 
 if __name__ == "__main__":
     unittest.main()

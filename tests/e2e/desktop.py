@@ -142,6 +142,13 @@ class Desktop:
                                env=self.environment, capture_output=True, text=True)
         return found.stdout.split()
 
+    def start_input_method(self):
+        """Starts an input method for programs that look for one on the bus; its process."""
+        method = self._start(["/usr/bin/python3", str(Path(__file__).with_name("input_method.py"))],
+                             stdout=subprocess.PIPE, text=True)
+        assert method.stdout.readline() == "ready\n"
+        return method
+
     def resize(self, window, width, height):
         """Asks the window manager for another size, in pixels; the window may refuse."""
         self._run("xdotool", "windowsize", window, str(width), str(height))

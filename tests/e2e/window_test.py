@@ -115,6 +115,21 @@ class WindowTest(AuloraTestCase):
         self.assertEqual(wanted - set(passed), set())
         self.assertIn(("text", "Mensaje"), passed)
 
+    def test_keys_that_end_the_program(self):
+        for keys, behind_a_sheet in (("ctrl+w", False), ("ctrl+q", False), ("ctrl+q", True)):
+            with self.subTest(f"{keys}, sheet: {behind_a_sheet}"):
+                program = self.start()
+                program.ask("hola")
+                self.assistant.next_request().answer("Buenas.\n")
+                program.wait_for_messages("hola", "Buenas.")
+                if behind_a_sheet:
+                    program.button("Configuración").press()
+                    program.button("Cerrar configuración")
+                self.desktop.press(keys)
+                self.assertEqual(program.wait(), 0)
+                texts = [message["text"] for message in program.history()[0]["messages"]]
+                self.assertEqual(texts, ["hola", "Buenas."])
+
     def test_second_launch_raises_the_first_window(self):
         program = self.start()
         self.desktop.minimize(program.window)
