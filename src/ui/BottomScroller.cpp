@@ -49,7 +49,6 @@ void BottomScroller::layoutIsFinished()
     if (!m_flickable || !m_end)
         return;
     m_from = m_flickable->property("contentY").toDouble();
-    m_to = std::max(0.0, m_end->y() + m_end->height() - m_flickable->height());
     if (m_animation.state() == QAbstractAnimation::Running)
         m_animation.setCurrentTime(0);
     else
@@ -60,8 +59,11 @@ void BottomScroller::step(double progress)
 {
     if (m_awaitedWindow && hasJustBegun())
         return;
-    if (m_flickable)
-        m_flickable->setProperty("contentY", m_from + (m_to - m_from) * progress);
+    if (m_flickable && m_end) {
+        // The list may have more or less room by now.
+        const double to = std::max(0.0, m_end->y() + m_end->height() - m_flickable->height());
+        m_flickable->setProperty("contentY", m_from + (to - m_from) * progress);
+    }
     if (m_awaitedWindow)
         m_awaitedWindow->update();
 }

@@ -44,5 +44,4 @@ private:
     QPointer<QQuickWindow> m_awaitedWindow;
     QVariantAnimation m_animation{this}; ///< from 0 to 1
     double m_from = 0;
-    double m_to = 0;
 };

@@ -129,6 +129,17 @@ ScrollPane {
     // The messages that the pane is first shown with are no change to scroll for.
     Component.onCompleted: observers.enabled = true
 
+    onTextScaleChanged: anchor.hold()
+    onShowImagePreviewsChanged: anchor.hold()
+
+    ScrollAnchor {
+        id: anchor
+
+        flickable: pane
+        content: stack
+        end: bottom
+    }
+
     BottomScroller {
         id: scroller
 

@@ -384,6 +384,77 @@ Item {
             tryVerify(() => pane.contentY > 0 && isAtBottom());
         }
 
+        // Staying where it is read.
+
+        function test_staysAtItsEnd_data() {
+            return [
+                { tag: "composer grows", change: () => contentView.messageText = "1\n2\n3\n4" },
+                { tag: "image is attached", change: () => program.takeImage(pictures.png(40, 30), "a.png") },
+                { tag: "window grows lower", change: () => column.height = 620 },
+                { tag: "window grows higher", change: () => column.height = 1000 },
+                { tag: "window grows narrower", change: () => column.width = 500 },
+                { tag: "window grows wider", width: 500, change: () => column.width = 880 },
+                { tag: "larger text", change: () => contentView.textSizeRawValue = "large" },
+                { tag: "smaller text", change: () => contentView.textSizeRawValue = "compact" }
+            ];
+        }
+        function test_staysAtItsEnd(data) {
+            column.width = data.width ?? column.width;
+            program.ask("Uno");
+            program.reply(longText + "La insuficiencia cardíaca es un síndrome clínico. ".repeat(60));
+            program.ask("Dos");
+            waitForScrolls();
+            verify(isAtBottom());
+            const before = [pane.height, pane.contentHeight];
+            data.change();
+            waitForRendering(pane);
+            verify(pane.height !== before[0] || pane.contentHeight !== before[1]);
+            verify(isAtBottom());
+        }
+
+        function test_staysAtItsEndAndComesBack() {
+            program.ask("Uno");
+            program.reply(longText);
+            waitForScrolls();
+            contentView.messageText = "1\n2\n3\n4";
+            waitForRendering(pane);
+            contentView.messageText = "";
+            waitForRendering(pane);
+            verify(isAtBottom());
+        }
+
+        function test_shortListStaysAtItsEnd() {
+            program.ask("Uno");
+            program.reply("Dos\n".repeat(8));
+            waitForScrolls();
+            compare(pane.contentY, 0);
+            column.height = 51 + 60 + 34 + 200;
+            waitForRendering(pane);
+            verify(pane.contentHeight > pane.height);
+            verify(isAtBottom());
+        }
+
+        function test_homeStaysAtItsBeginning() {
+            column.height = 1000;
+            waitForRendering(pane);
+            verify(pane.contentHeight <= pane.height);
+            column.height = 700;
+            waitForRendering(pane);
+            verify(pane.contentHeight > pane.height);
+            compare(pane.contentY, 0);
+        }
+
+        function test_growingComposerLeavesTheTopWhereItIs() {
+            program.ask("Uno");
+            program.reply(longText);
+            waitForScrolls();
+            pane.contentY = 300;
+            waitForRendering(pane);
+            contentView.messageText = "1\n2\n3\n4";
+            waitForRendering(pane);
+            compare(pane.contentY, 300);
+        }
+
         // What is said to those who listen.
 
         function announced() {
