@@ -46,7 +46,7 @@ QString SelectableText::selectedText() const
         return {};
     QStringList lines;
     for (qsizetype i = m_selection.start.row; i <= m_selection.end.row; ++i) {
-        const QString &text = row(i).text().text;
+        const QString &text = row(i).original();
         const TextRange range = m_selection.inRow(i, text.size());
         lines.append(text.sliced(range.start, range.end - range.start));
     }

@@ -21,7 +21,8 @@ public:
     QColor selectionColor() const { return colors().selection; }
     void setSelectionColor(QColor color);
 
-    /// The selected part of `plainText`; empty when nothing is selected.
+    /// The selected part of `plainText`, with control characters as they came and not as they are
+    /// shown; empty when nothing is selected.
     QString selectedText() const;
     Q_INVOKABLE void selectAll();
     Q_INVOKABLE void clearSelection();

@@ -3,6 +3,7 @@
 #include <QPainter>
 
 #include <algorithm>
+#include <utility>
 
 namespace {
 bool isControl(QChar c)
@@ -38,7 +39,9 @@ TextRow::TextRow(AttributedText text, Marker marker)
     : m_text(std::move(text))
     , m_marker(marker)
 {
-    m_text.text = shownText(std::move(m_text.text));
+    const QString shown = shownText(m_text.text);
+    if (shown != m_text.text)
+        m_original = std::exchange(m_text.text, shown);
     m_direction = m_text.text.isRightToLeft() ? Qt::RightToLeft : Qt::LeftToRight;
 }
 

@@ -46,7 +46,10 @@ public:
     /// A blank row.
     static TextRow spacer(double height);
 
+    /// As it is shown.
     const AttributedText &text() const { return m_text; }
+    /// As it came, character for character in the same places: what copying gives.
+    const QString &original() const { return m_original.isNull() ? m_text.text : m_original; }
     Marker marker() const { return m_marker; }
     bool isSpacer() const { return m_spacerHeight.has_value(); }
 
@@ -72,6 +75,7 @@ private:
     qsizetype offsetAt(const TextLine &line, double x, QTextLine::CursorPosition kind) const;
 
     AttributedText m_text;
+    QString m_original; ///< null where it is no other than the text that is shown
     Marker m_marker = Marker::none;
     std::optional<double> m_spacerHeight;
     Qt::LayoutDirection m_direction = Qt::LeftToRight;

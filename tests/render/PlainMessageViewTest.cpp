@@ -89,6 +89,9 @@ private Q_SLOTS:
         QFETCH(int, rows);
         Window window(text);
         QTEST(window.view().plainText(), "shown");
+        // What is copied is what came, but for what ends its lines.
+        window.view().selectAll();
+        QCOMPARE(window.view().selectedText(), QString(text).replace(u"\r\n"_s, u"\n"_s));
         QCOMPARE(window.view().rowCount(), rows);
         QCOMPARE(window.view().implicitHeight(), rows * lineHeight());
         for (int row = 0; row < rows; ++row) {
