@@ -18,7 +18,7 @@ ContinuousRectangle {
         anchors.centerIn: parent
         spacing: 7
 
-        Rectangle {
+        ContinuousRectangle {
             objectName: "dot"
             anchors.verticalCenter: parent.verticalCenter
             width: 7
