@@ -121,6 +121,7 @@ FocusScope {
             onTextChanged: {
                 const written = ComposerRules.writtenText(edit.textDocument);
                 field.prepareFor(ComposerRules.textBulk(written));
+                ComposerRules.directParagraphs(edit.textDocument);
                 if (written !== field.text)
                     field.textEdited(written);
             }

@@ -2,6 +2,8 @@
 
 #include <QClipboard>
 #include <QGuiApplication>
+#include <QTextBlock>
+#include <QTextCursor>
 #include <QTextDocument>
 
 #include <algorithm>
@@ -29,6 +31,24 @@ QString ComposerRules::writtenText(QQuickTextDocument *document)
 {
     QString text = document->textDocument()->toRawText();
     return text.replace(QChar::ParagraphSeparator, u'\n');
+}
+
+void ComposerRules::directParagraphs(QQuickTextDocument *document)
+{
+    QTextBlock block = document->textDocument()->begin();
+    for (; block.isValid(); block = block.next()) {
+        const bool isRightToLeft = block.text().isRightToLeft();
+        const bool isForced = block.blockFormat().layoutDirection() != Qt::LayoutDirectionAuto;
+        if (isRightToLeft == (block.textDirection() == Qt::RightToLeft) || block.length() == 1)
+            continue;
+        QTextBlockFormat format = block.blockFormat();
+        format.setLayoutDirection(isForced ? Qt::LayoutDirectionAuto : Qt::RightToLeft);
+        // Undone together with the change that calls for it.
+        QTextCursor cursor(block);
+        cursor.joinPreviousEditBlock();
+        cursor.setBlockFormat(format);
+        cursor.endEditBlock();
+    }
 }
 
 ComposerRules::TextBulk ComposerRules::textBulk(const QString &text)

@@ -328,6 +328,38 @@ Item {
             compare(root.messageText, "1\u00A0gx");
         }
 
+        function test_direction_data() {
+            return [
+                { tag: "Spanish", text: "hola", rightToLeft: false },
+                { tag: "Hebrew", text: "שלום", rightToLeft: true },
+                { tag: "an emoji, then Spanish", text: "\u{1F600} hola", rightToLeft: false },
+                { tag: "an emoji, then Hebrew", text: "\u{1F600} שלום hola", rightToLeft: true },
+                { tag: "a digit, then Hebrew", text: "1 שלום", rightToLeft: true }
+            ];
+        }
+        function test_direction(data) {
+            const runsLeft = (from, to) => edit.positionToRectangle(from).x > edit.positionToRectangle(to).x;
+            root.messageText = data.text;
+            compare(runsLeft(0, edit.length), data.rightToLeft);
+            root.messageText = "hola\n" + data.text;
+            compare(runsLeft(0, 4), false);
+            compare(runsLeft(5, edit.length), data.rightToLeft);
+            compare(root.messageText, "hola\n" + data.text);
+        }
+
+        function test_directionFollowsWhatIsTyped() {
+            inputMethod.commit("\u{1F600} שלום");
+            const runsLeft = () => edit.positionToRectangle(0).x > edit.positionToRectangle(edit.length).x;
+            compare(runsLeft(), true);
+            edit.cursorPosition = 0;
+            inputMethod.commit("hola ");
+            compare(runsLeft(), false);
+            compare(root.messageText, "hola \u{1F600} שלום");
+            while (edit.canUndo)
+                edit.undo();
+            compare(root.messageText, "");
+        }
+
         function test_typingWhileLoading() {
             root.isLoading = true;
             type("otra");
