@@ -161,25 +161,25 @@ private Q_SLOTS:
     {
         QTest::addColumn<int>("before");
         QTest::addColumn<int>("after");
-        QTest::newRow("at the beginning") << 0 << 200;
-        QTest::newRow("at the end") << 200 << 0;
-        QTest::newRow("in the middle") << 200 << 200;
+        QTest::newRow("at the beginning") << 0 << 9000;
+        QTest::newRow("at the end") << 9000 << 0;
+        QTest::newRow("in the middle") << 9000 << 9000;
         // Wherever two parts meet.
-        for (int i = 20; i < 40; ++i)
-            QTest::addRow("after %d sentences", i) << i << 40;
+        for (int before = 1970; before <= 2000; before += 5)
+            QTest::addRow("after %d characters", before) << before << 9000;
     }
     void findsAnEmergencyAnywhereInALongMessage()
     {
         QFETCH(int, before);
         QFETCH(int, after);
         // Pasted from a book, with a patient who says nothing about the one who writes.
-        const QString book = u"El paciente con neumonía suele tener fiebre, tos y dolor. "_s;
-        const QString cry = u"Mi papá no respira, ayuda. "_s;
-        const auto answer
-            = m_emergencies.answerTo(book.repeated(before) + cry + book.repeated(after));
+        const QString book
+            = u"El paciente con neumonía suele tener fiebre, tos y dolor. "_s.repeated(400);
+        const QString cry = u". Mi papá no respira, ayuda. "_s;
+        const auto answer = m_emergencies.answerTo(book.first(before) + cry + book.first(after));
         QVERIFY(answer);
         QVERIFY(answer->lines.first().contains(u"107"_s));
-        QVERIFY(!m_emergencies.answerTo(book.repeated(before + after)));
+        QVERIFY(!m_emergencies.answerTo(book.first(before + after)));
     }
 
     void caresForAFigureOfSpeechAtTheEnd()
