@@ -459,6 +459,8 @@ private Q_SLOTS:
             << Action([](Screen &screen) { screen.contentView.setImageAnalysisEnabled(false); });
         QTest::newRow("another conversation")
             << Action([](Screen &screen) { screen.contentView.startNewConversation(); });
+        QTest::newRow("a conversation that is gone") << Action(
+            [](Screen &screen) { screen.contentView.selectConversation(QUuid::createUuid()); });
         QTest::newRow("the same conversation") << Action([](Screen &screen) {
             screen.contentView.selectConversation(*screen.contentView.selectedConversationID());
         });
