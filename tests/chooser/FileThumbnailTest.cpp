@@ -6,6 +6,7 @@
 #include "SampleImages.h"
 
 #include <QFile>
+#include <QSignalSpy>
 #include <QTemporaryDir>
 #include <QTest>
 
@@ -72,11 +73,13 @@ private Q_SLOTS:
     void theFileGivenLastIsShown()
     {
         FileThumbnail thumbnail;
+        const QSignalSpy changes(&thumbnail, &FileThumbnail::imageChanged);
         thumbnail.setFile(file("ancha.png", encoded(quarters({200, 100}), "png")));
         thumbnail.setFile(file("alta.png", encoded(quarters({100, 200}), "png")));
         QTRY_VERIFY(thumbnail.isDecoded());
         settle();
         QCOMPARE(thumbnail.image().size(), QSize(100, 200));
+        QCOMPARE(changes.count(), 1);
         thumbnail.setFile({});
         QVERIFY(!thumbnail.isDecoded());
     }
