@@ -18,15 +18,14 @@ Item {
     readonly property real avatarSize: 31
     readonly property real headerHeight: reply.lineHeight(11 * textScale, Font.DemiBold)
     readonly property real typingHeight: Math.max(12, reply.lineHeight(10 * textScale, Font.Normal))
-    // A call of qsTr in the choice below would keep the choice from being compiled. Interpreted, it
-    // copies each reply into the heap of the script engine, whose collector runs again and again.
-    readonly property string typingText: qsTr("Escribiendo…")
+    readonly property string author: "Aulora IA"
+    readonly property string typingText: "Escribiendo…"
 
     implicitHeight: Math.max(avatarSize, reply.y + (isTyping ? typingHeight : reply.implicitHeight))
 
     Accessible.role: Accessible.Paragraph
     Accessible.name: isTyping ? typingText : reply.plainText
-    Accessible.description: qsTr("Aulora IA")
+    Accessible.description: author
 
     MarkdownMessageView {
         id: reply
@@ -54,6 +53,8 @@ Item {
             textY: reply.y
             textScale: message.textScale
             isTyping: message.isTyping
+            author: message.author
+            typingText: message.typingText
         }
     }
 }

@@ -13,6 +13,8 @@ Item {
     required property real textY
     required property real textScale
     required property bool isTyping
+    required property string author
+    required property string typingText
 
     ContinuousRectangle {
         objectName: "avatar"
@@ -23,7 +25,7 @@ Item {
 
         Label {
             anchors.centerIn: parent
-            text: qsTr("A")
+            text: "A"
             points: 14
             weight: Font.Bold
             color: Theme.accent
@@ -34,7 +36,7 @@ Item {
     Label {
         objectName: "header"
         x: frame.textX
-        text: qsTr("Aulora IA")
+        text: frame.author
         points: 11 * frame.textScale
         weight: Font.DemiBold
         color: Theme.accent
@@ -57,7 +59,7 @@ Item {
 
             Label {
                 anchors.verticalCenter: parent.verticalCenter
-                text: qsTr("Escribiendo…")
+                text: frame.typingText
                 points: 10 * frame.textScale
                 color: Theme.secondary
                 Accessible.ignored: true
