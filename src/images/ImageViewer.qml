@@ -14,7 +14,9 @@ T.Popup {
 
     signal closeRequested
 
-    property Item focusedBefore
+    readonly property FocusReturn focusReturn: FocusReturn {
+        popup: viewer
+    }
 
     parent: T.Overlay.overlay
     width: parent ? parent.width : 0
@@ -25,13 +27,10 @@ T.Popup {
     visible: presented
     closePolicy: T.Popup.CloseOnEscape
 
-    // A closing popup gives the focus to the window, not back to the item that had it.
-    onAboutToShow: focusedBefore = parent.Window.activeFocusItem
     onAboutToHide: {
         if (presented)
             closeRequested();
     }
-    onClosed: focusedBefore?.forceActiveFocus(Qt.PopupFocusReason)
 
     background: Rectangle {
         objectName: "backdrop"

@@ -14,8 +14,9 @@ T.Dialog {
 
     readonly property int fadeDuration: 160
 
-    /// Who had the keyboard before, and gets it back.
-    property Item previousFocusItem: null
+    readonly property FocusReturn focusReturn: FocusReturn {
+        popup: sheet
+    }
 
     parent: T.Overlay.overlay
     x: parent ? Math.round((parent.width - width) / 2) : 0
@@ -27,15 +28,9 @@ T.Dialog {
     visible: presented
     closePolicy: T.Popup.CloseOnEscape
 
-    onAboutToShow: previousFocusItem = parent.Window.activeFocusItem
     onAboutToHide: {
         if (presented)
             dismissed();
-    }
-    onClosed: {
-        if (previousFocusItem)
-            previousFocusItem.forceActiveFocus(Qt.PopupFocusReason);
-        previousFocusItem = null;
     }
 
     background: ContinuousRectangle {
