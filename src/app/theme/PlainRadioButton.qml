@@ -16,7 +16,8 @@ T.RadioButton {
     // Its ring lies over its neighbours.
     z: visualFocus ? 1 : 0
     Keys.forwardTo: [ring]
-    // The role is Qt's own for this control; another one stated here would not count.
+    // Not based on PlainButton, whose template Qt 6.4.2 announces as a check box when it is checkable,
+    // whatever role is stated here.
     Accessible.role: Accessible.RadioButton
     Accessible.name: text
     Accessible.checkable: true
