@@ -40,17 +40,10 @@ void ScrollAnchor::componentComplete()
         return;
     // By name, since the type of the toolkit's flickable is not public.
     connect(m_flickable, SIGNAL(contentYChanged()), this, SLOT(schedule()));
-    connect(m_content, &QQuickItem::heightChanged, this, &ScrollAnchor::noteOtherContent);
-    connect(m_content, &QQuickItem::childrenChanged, this, &ScrollAnchor::noteOtherContent);
+    connect(m_content, &QQuickItem::heightChanged, this, &ScrollAnchor::schedule);
+    connect(m_content, &QQuickItem::childrenChanged, this, &ScrollAnchor::schedule);
     connect(m_flickable, &QQuickItem::widthChanged, this, &ScrollAnchor::hold);
     connect(m_flickable, &QQuickItem::heightChanged, this, &ScrollAnchor::hold);
-    polish();
-}
-
-void ScrollAnchor::noteOtherContent()
-{
-    if (!m_isHolding)
-        m_restoredY.reset();
     polish();
 }
 
@@ -70,9 +63,7 @@ void ScrollAnchor::updatePolish()
         // The frame's layout is over when the event loop comes round.
         if (!std::exchange(m_isRestored, true))
             QMetaObject::invokeMethod(this, &ScrollAnchor::release, Qt::QueuedConnection);
-    } else if (!m_place.child || contentY() != m_restoredY) {
-        // A place that was gone back to is better than what is at the top for lack of room above
-        // it.
+    } else {
         m_place = currentPlace();
     }
 }
@@ -93,7 +84,6 @@ void ScrollAnchor::restore()
     // Until the column has placed its children they lie where they were before.
     QMetaObject::invokeMethod(m_content, "forceLayout");
     m_flickable->setProperty("contentY", std::clamp(contentYFor(m_place), 0.0, lowestContentY()));
-    m_restoredY = contentY();
 }
 
 double ScrollAnchor::contentY() const

@@ -4,14 +4,14 @@
 #include <QQuickItem>
 #include <QtQml/qqmlregistration.h>
 
-#include <optional>
-
 /// Keeps a list where it is being read while the room it has, or the size of its text, changes: one
 /// at its end stays there, and elsewhere the line that was at the top stays at the top, however
 /// lines are broken now.
 ///
-/// It remembers the place whenever the list has been scrolled, and goes back to it in the frame in
-/// which the list is laid out anew, before that is seen. What is appended meanwhile moves nothing.
+/// It remembers the place whenever the list has been scrolled or its content has changed, and goes
+/// back to it in the frame in which the list is laid out anew, before that is seen. The place stays
+/// the same meanwhile, so that it does not drift while a window is dragged narrower and wider. What
+/// is appended moves nothing.
 class ScrollAnchor : public QQuickItem
 {
     Q_OBJECT
@@ -50,7 +50,6 @@ private:
         double distance = 0; ///< points from there down to the flickable's edge
     };
 
-    void noteOtherContent();
     void release();
     void restore();
     double contentY() const;
@@ -62,7 +61,6 @@ private:
     QPointer<QQuickItem> m_content;
     QPointer<QQuickItem> m_end;
     Place m_place;
-    std::optional<double> m_restoredY; ///< where the place was last gone back to
     bool m_isHolding = false;
     bool m_isRestored = false;
 };
