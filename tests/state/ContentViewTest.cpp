@@ -100,6 +100,8 @@ private Q_SLOTS:
     void replyHasStartedInTheConversationShown();
     void replyStartsOnce();
     void turningImageAnalysisOffDropsThePendingImage();
+    void keepsTheComposersText();
+    void clearingTheImageTellsOnce();
     void preferencesAreSharedWithTheStore();
     void textScaleFollowsTheTextSize_data();
     void textScaleFollowsTheTextSize();
@@ -629,6 +631,26 @@ void ContentViewTest::turningImageAnalysisOffDropsThePendingImage()
     screen.attachImage();
     screen.view.setImageAnalysisEnabled(true);
     QVERIFY(screen.view.selectedImageData());
+}
+
+void ContentViewTest::keepsTheComposersText()
+{
+    Screen screen;
+    const QSignalSpy changed(&screen.view, &ContentView::messageTextChanged);
+    screen.view.setMessageText(u"hola"_s);
+    screen.view.setMessageText(u"hola"_s);
+    QCOMPARE(screen.view.messageText(), u"hola"_s);
+    QCOMPARE(changed.count(), 1);
+}
+
+void ContentViewTest::clearingTheImageTellsOnce()
+{
+    Screen screen;
+    screen.attachImage();
+    const QSignalSpy changed(&screen.view, &ContentView::selectedImageChanged);
+    screen.view.clearSelectedImage();
+    screen.view.clearSelectedImage();
+    QCOMPARE(changed.count(), 1);
 }
 
 void ContentViewTest::preferencesAreSharedWithTheStore()
