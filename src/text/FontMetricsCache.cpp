@@ -40,6 +40,9 @@ constexpr std::array plainCharacters{
     CharacterRange{0x2100, 0x22ff}, // letter-like signs, fractions, arrows, operators
 };
 
+constexpr double unknown = -2;
+constexpr double notPlain = -1;
+
 bool isPlainCharacter(QChar c)
 {
     const auto after
@@ -61,7 +64,11 @@ FontMetricsCache &FontMetricsCache::of(double points, QFont::Weight weight)
 
 FontMetricsCache::FontMetricsCache(double points, QFont::Weight weight)
     : m_font(Theme::font(points, weight))
+    , m_unkernedFont(m_font)
 {
+    m_unkernedFont.setKerning(false);
+    m_unkernedFont.setStyleStrategy(
+        QFont::StyleStrategy(m_font.styleStrategy() | QFont::PreferNoShaping));
     QTextLayout sample(u"x"_s, m_font);
     sample.beginLayout();
     const QTextLine line = sample.createLine();
@@ -83,6 +90,21 @@ const FontMetricsCache::Word &FontMetricsCache::word(QStringView text)
         m_words.clear();
     const QString key = text.toString();
     return *m_words.insert(key, measured(key));
+}
+
+double FontMetricsCache::unkernedWidth(QChar c)
+{
+    constexpr size_t end = plainCharacters.back().last + 1;
+    if (c.unicode() >= end)
+        return notPlain;
+    if (m_unkernedWidths.empty())
+        m_unkernedWidths.assign(end, unknown);
+    double &width = m_unkernedWidths[c.unicode()];
+    if (width == unknown) {
+        const QFontMetricsF metrics(m_unkernedFont);
+        width = isPlainCharacter(c) && metrics.inFont(c) ? metrics.horizontalAdvance(c) : notPlain;
+    }
+    return width;
 }
 
 FontMetricsCache::Word FontMetricsCache::measured(const QString &text) const

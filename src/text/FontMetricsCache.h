@@ -6,6 +6,8 @@
 #include <QString>
 #include <QStringView>
 
+#include <vector>
+
 /// The interface font at one size and weight, its metrics, and a cache of the widths of words in
 /// it.
 ///
@@ -35,6 +37,8 @@ public:
     static FontMetricsCache &of(double points, QFont::Weight weight);
 
     const QFont &font() const { return m_font; }
+    /// The same without kerning and ligatures, in which the widths of plain characters add up.
+    const QFont &unkernedFont() const { return m_unkernedFont; }
     /// Of a line of plain words, in points.
     double ascent() const { return m_ascent; }
     double lineHeight() const { return m_lineHeight; }
@@ -43,14 +47,18 @@ public:
     /// What is known of `text`, which holds no space; measured if need be. Valid until the next
     /// call.
     const Word &word(QStringView text);
+    /// Of a plain character in `unkernedFont`, in points; negative for any other character.
+    double unkernedWidth(QChar c);
 
 private:
     FontMetricsCache(double points, QFont::Weight weight);
     Word measured(const QString &text) const;
 
     QFont m_font;
+    QFont m_unkernedFont;
     double m_ascent = 0;
     double m_lineHeight = 0;
     double m_spaceWidth = 0;
     QHash<QString, Word> m_words;
+    std::vector<double> m_unkernedWidths; ///< by code unit
 };

@@ -11,6 +11,9 @@ namespace {
 // of it, so a word of a million characters takes 16 s at once and a third of a second in pieces.
 constexpr qsizetype longestShapedText = 1024;
 
+// Longer than any word or address. Shaping takes 500 ns a character, adding up widths 5 ns.
+constexpr qsizetype longestKernedWord = 4096;
+
 // Fills lines with words of known widths.
 class PlainLineFiller
 {
@@ -36,6 +39,25 @@ public:
         m_position += count;
         m_x += width;
         allowBreak();
+    }
+
+    // On lines of its own, after what stands before it.
+    void beginUnkernedWord()
+    {
+        if (m_break.position > m_lineStart)
+            endLineAtBreak();
+        m_isKerned = false;
+    }
+
+    void addUnkernedCharacter(double width)
+    {
+        if (m_x + width > m_width && m_position > m_lineStart) {
+            allowBreak();
+            endLineAtBreak();
+        }
+        ++m_position;
+        m_x += width;
+        m_visibleX = m_x;
     }
 
     void allowBreak() { m_break = {m_position, m_x, m_visibleX}; }
@@ -69,7 +91,8 @@ private:
                         .top = double(m_lines.size()) * m_metrics.lineHeight(),
                         .width = width,
                         .ascent = m_metrics.ascent(),
-                        .height = m_metrics.lineHeight()});
+                        .height = m_metrics.lineHeight(),
+                        .isKerned = m_isKerned});
     }
 
     const FontMetricsCache &m_metrics;
@@ -80,6 +103,7 @@ private:
     double m_x = 0; // within the line, the spaces included
     double m_visibleX = 0; // where its last word ends
     BreakPlace m_break;
+    bool m_isKerned = true; // false from the line on which an unkerned word begins
 };
 
 qsizetype lengthOfSpaces(QStringView text)
@@ -101,6 +125,19 @@ bool addWord(PlainLineFiller &filler, QStringView text, const FontMetricsCache::
     return filler.addWordPart(text.size() - done.position, word.width - done.width);
 }
 
+// False when not all of its characters are plain.
+bool addUnkernedWord(PlainLineFiller &filler, QStringView word, FontMetricsCache &metrics)
+{
+    filler.beginUnkernedWord();
+    for (const QChar c : word) {
+        const double width = metrics.unkernedWidth(c);
+        if (width < 0)
+            return false;
+        filler.addUnkernedCharacter(width);
+    }
+    return true;
+}
+
 // Nothing when the text is not all plain words that fit.
 std::optional<QList<TextLine>> plainLines(const AttributedText &text, double width)
 {
@@ -116,7 +153,10 @@ std::optional<QList<TextLine>> plainLines(const AttributedText &text, double wid
             }
             const qsizetype space = rest.indexOf(u' ');
             const QStringView word = space < 0 ? rest : rest.first(space);
-            if (!addWord(filler, word, metrics.word(word)))
+            const bool isAdded = word.size() > longestKernedWord
+                ? addUnkernedWord(filler, word, metrics)
+                : addWord(filler, word, metrics.word(word));
+            if (!isAdded)
                 return std::nullopt;
             rest = rest.sliced(word.size());
         }
@@ -126,13 +166,16 @@ std::optional<QList<TextLine>> plainLines(const AttributedText &text, double wid
 
 // A layout of a stretch of the text with the weights of its runs.
 std::unique_ptr<QTextLayout> layoutOf(const AttributedText &text, Qt::LayoutDirection direction,
-                                      qsizetype start, qsizetype length)
+                                      qsizetype start, qsizetype length, bool isKerned = true)
 {
+    const auto fontOf = [&](QFont::Weight weight) {
+        const FontMetricsCache &metrics = FontMetricsCache::of(text.size, weight);
+        return isKerned ? metrics.font() : metrics.unkernedFont();
+    };
     auto run = std::ranges::upper_bound(
         text.runs, start, {}, [](const AttributedText::Run &r) { return r.start + r.length; });
     const QFont::Weight weight = run != text.runs.end() ? run->weight : QFont::Normal;
-    auto layout = std::make_unique<QTextLayout>(text.text.sliced(start, length),
-                                                FontMetricsCache::of(text.size, weight).font());
+    auto layout = std::make_unique<QTextLayout>(text.text.sliced(start, length), fontOf(weight));
     QTextOption option;
     option.setTextDirection(direction);
     option.setAlignment(Qt::AlignLeft | Qt::AlignAbsolute);
@@ -147,7 +190,7 @@ std::unique_ptr<QTextLayout> layoutOf(const AttributedText &text, Qt::LayoutDire
         const qsizetype from = std::max(run->start, start);
         const qsizetype to = std::min(run->start + run->length, start + length);
         QTextCharFormat format;
-        format.setFont(FontMetricsCache::of(text.size, run->weight).font());
+        format.setFont(fontOf(run->weight));
         formats.append({int(from - start), int(to - from), format});
     }
     layout->setFormats(formats);
@@ -218,7 +261,7 @@ std::unique_ptr<QTextLayout> shapedLine(const AttributedText &text, Qt::LayoutDi
     const qsizetype length = keepsSpaces
         ? line.length
         : lengthWithoutSpacesAtEnd(QStringView(text.text).sliced(line.start, line.length));
-    auto layout = layoutOf(text, direction, line.start, length);
+    auto layout = layoutOf(text, direction, line.start, length, line.isKerned);
     QTextOption option = layout->textOption();
     option.setWrapMode(QTextOption::NoWrap);
     layout->setTextOption(option);

@@ -17,13 +17,16 @@ struct TextLine
     double width = 0; ///< without the spaces at its end
     double ascent = 0;
     double height = 0;
+    bool isKerned = true;
 
     bool operator==(const TextLine &) const = default;
 };
 
 /// The lines of `text` within `width`: at least one, none wider unless a single character is.
 /// Lines end where Unicode lets them, and within a word that alone is too wide. The time is linear
-/// in the length of the text, also when it has no space at all.
+/// in the length of the text, also when it has no space at all; a word of thousands of characters,
+/// which is none of any language, is set without kerning and broken anywhere, since its lines are
+/// then found by adding up.
 QList<TextLine> breakLines(const AttributedText &text, Qt::LayoutDirection direction, double width);
 
 /// `line` of `text`, shaped on one line from x = 0, for drawing and for finding characters. The

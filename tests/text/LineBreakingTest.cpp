@@ -169,6 +169,43 @@ private Q_SLOTS:
             QVERIFY(!text.at(line.start).isLowSurrogate());
     }
 
+    void breaksEndlessWordsAnywhere_data()
+    {
+        QTest::addColumn<QString>("before");
+        QTest::addColumn<QString>("after");
+        QTest::newRow("alone") << u""_s << u""_s;
+        QTest::newRow("among words") << u"palabra **otra** "_s << u" y **más** palabras"_s;
+    }
+    void breaksEndlessWordsAnywhere()
+    {
+        QFETCH(QString, before);
+        QFETCH(QString, after);
+        constexpr double width = 300;
+        const QString word = u"AVToxá-/1,"_s.repeated(1000);
+        const AttributedText text = withBold(before + word + after);
+        const auto lines = breakLines(text, Qt::LeftToRight, width);
+        const qsizetype start = text.text.indexOf(word);
+        qsizetype end = 0;
+        for (const TextLine &line : lines) {
+            QCOMPARE(line.start, end);
+            end = line.start + line.length;
+            if (line.isKerned)
+                continue;
+            // What was added up is what is drawn.
+            const auto layout = shapedLine(text, Qt::LeftToRight, line);
+            const double drawn = layout->lineAt(0).cursorToX(int(layout->text().size()));
+            const bool isInWord = line.start >= start && end <= start + word.size();
+            QVERIFY(std::abs(drawn - line.width) < (isInWord ? 0.1 : 8));
+            if (isInWord && end < start + word.size()) {
+                QVERIFY(line.width <= width);
+                QVERIFY(line.width > width - 20);
+            }
+        }
+        QCOMPARE(end, text.text.size());
+        QVERIFY(std::ranges::any_of(
+            lines, [&](const TextLine &line) { return line.start == start && !line.isKerned; }));
+    }
+
     void keepsBoldRunsTogether()
     {
         const AttributedText text = withBold(u"pre**fijo** y **anti**inflamatorio"_s);
