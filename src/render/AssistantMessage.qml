@@ -21,6 +21,10 @@ Item {
     readonly property string author: "Aulora IA"
     readonly property string typingText: "Escribiendo…"
 
+    function appendText(piece: string) {
+        reply.appendText(piece);
+    }
+
     implicitHeight: Math.max(avatarSize, reply.y + (isTyping ? typingHeight : reply.implicitHeight))
 
     Accessible.role: Accessible.Paragraph

@@ -1,7 +1,5 @@
 #include "MarkdownMessageView.h"
 
-#include <algorithm>
-
 std::optional<BoldMarkdownText> blockView(const MarkdownBlock &block, double textScale)
 {
     using Kind = MarkdownBlock::Kind;
@@ -47,7 +45,28 @@ void MarkdownMessageView::setText(const QString &text)
 {
     if (m_text == text)
         return;
+    // A complete reply loses the line ends and blanks at its end: the rows before them stay.
+    if (m_text.startsWith(text) && text.size() < m_validLength) {
+        m_validRows -= QStringView(m_text).first(m_validLength).sliced(text.size()).count(u'\n');
+        m_validLength = text.lastIndexOf(u'\n') + 1;
+    } else if (!m_text.startsWith(text) && !text.startsWith(m_text)) {
+        m_validRows = 0;
+        m_validLength = 0;
+    }
     m_text = text;
+    textHasChanged();
+}
+
+void MarkdownMessageView::appendText(const QString &piece)
+{
+    if (piece.isEmpty())
+        return;
+    m_text += piece;
+    textHasChanged();
+}
+
+void MarkdownMessageView::textHasChanged()
+{
     markRowsStale();
     if (isComponentComplete())
         m_throttle.request();
@@ -59,6 +78,8 @@ void MarkdownMessageView::setTextScale(double scale)
     if (m_textScale == scale)
         return;
     m_textScale = scale;
+    m_validRows = 0;
+    m_validLength = 0;
     scheduleRows();
     Q_EMIT textScaleChanged();
 }
@@ -73,25 +94,13 @@ void MarkdownMessageView::setDotColor(QColor color)
 void MarkdownMessageView::updateRows()
 {
     m_throttle.markServed();
-    // A reply grows at its end, and loses only line ends there when it is complete: all rows but
-    // the last of what both texts share stay.
-    const QStringView shared = std::min<QStringView>(
-        m_text, m_shownText, [](auto a, auto b) { return a.size() < b.size(); });
-    const bool rowsHold = rowCount() > 0 && m_textScale == m_shownScale && m_text.startsWith(shared)
-        && m_shownText.startsWith(shared);
-    qsizetype firstRow = 0;
-    qsizetype firstCharacter = 0;
-    if (rowsHold) {
-        firstRow = rowCount() - 1 - QStringView(m_shownText).sliced(shared.size()).count(u'\n');
-        firstCharacter = shared.lastIndexOf(u'\n') + 1;
-    }
-    m_shownText = m_text;
-    m_shownScale = m_textScale;
-
     std::vector<TextRow> rows;
-    const auto blocks = parseBlocks(QStringView(m_text).sliced(firstCharacter));
+    const auto blocks = parseBlocks(QStringView(m_text).sliced(m_validLength));
     rows.reserve(blocks.size());
     for (const MarkdownBlock &block : blocks)
         rows.push_back(rowOf(block, m_textScale));
-    replaceRows(firstRow, std::move(rows));
+    replaceRows(m_validRows, std::move(rows));
+    // The last line may grow.
+    m_validRows = rowCount() - 1;
+    m_validLength = m_text.lastIndexOf(u'\n') + 1;
 }

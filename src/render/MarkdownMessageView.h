@@ -33,6 +33,8 @@ public:
 
     QString text() const { return m_text; }
     void setText(const QString &text);
+    /// The same as setting a text that ends in `piece`, at a cost that does not grow with the text.
+    Q_INVOKABLE void appendText(const QString &piece);
     bool isEmpty() const { return m_text.isEmpty(); }
     double textScale() const { return m_textScale; }
     void setTextScale(double scale);
@@ -47,10 +49,13 @@ protected:
     void updateRows() override;
 
 private:
+    void textHasChanged();
+
     QString m_text;
     FrameThrottle m_throttle;
     double m_textScale = 1;
-    /// What the rows were made from.
-    QString m_shownText;
-    double m_shownScale = 0;
+    /// The rows that are as `m_text` says, from the first on, and where the line of the next
+    /// begins.
+    qsizetype m_validRows = 0;
+    qsizetype m_validLength = 0;
 };

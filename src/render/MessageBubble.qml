@@ -18,6 +18,13 @@ MessageDelegate {
 
     implicitHeight: layout.height
 
+    // A reply grows; a question does not.
+    onAppendedTextChanged: {
+        const message = layout.item as AssistantMessage;
+        if (message)
+            message.appendText(appendedText);
+    }
+
     LazyItem {
         id: layout
 

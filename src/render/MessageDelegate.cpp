@@ -7,3 +7,10 @@ void MessageDelegate::setMessageText(const QString &text)
     m_messageText = text;
     Q_EMIT messageTextChanged();
 }
+
+void MessageDelegate::setAppendedText(const QString &piece)
+{
+    m_messageText += piece;
+    m_appendedText = piece;
+    Q_EMIT appendedTextChanged();
+}

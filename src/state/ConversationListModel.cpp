@@ -84,7 +84,7 @@ void ConversationListModel::appendMessageText(int index, int messageIndex, const
     if (piece.isEmpty())
         return;
     m_conversations[index].messages[messageIndex].text += piece;
-    Q_EMIT messageTextChanged(index, messageIndex);
+    Q_EMIT messageTextAppended(index, messageIndex, piece);
 }
 
 void ConversationListModel::setMessageText(int index, int messageIndex, const QString &text)
@@ -93,7 +93,7 @@ void ConversationListModel::setMessageText(int index, int messageIndex, const QS
     if (current == text)
         return;
     current = text;
-    Q_EMIT messageTextChanged(index, messageIndex);
+    Q_EMIT messageTextReplaced(index, messageIndex);
 }
 
 int ConversationListModel::rowCount(const QModelIndex &parent) const

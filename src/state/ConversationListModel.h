@@ -58,7 +58,10 @@ Q_SIGNALS:
     /// A message is about to be appended to, or has been appended to, conversation `index`.
     void messageAboutToBeAppended(int index);
     void messageAppended(int index);
-    void messageTextChanged(int index, int messageIndex);
+    /// `piece` is now at the end of the message's text.
+    void messageTextAppended(int index, int messageIndex, const QString &piece);
+    /// The message has another text.
+    void messageTextReplaced(int index, int messageIndex);
 
 private:
     void tellRowChanged(int row, const QList<int> &roles);

@@ -42,34 +42,55 @@ MessageListModel::MessageListModel(ConversationListModel *conversations, QObject
         Q_EMIT countChanged();
         Q_EMIT changed();
     });
-    connect(conversations, &Conversations::messageTextChanged, this,
+    connect(conversations, &Conversations::messageTextAppended, this,
+            [this](int index, int messageIndex, const QString &piece) {
+                if (index == m_shown)
+                    this->messageTextAppended(messageIndex, piece);
+            });
+    connect(conversations, &Conversations::messageTextReplaced, this,
             [this](int index, int messageIndex) {
                 if (index == m_shown)
-                    this->messageTextChanged(messageIndex);
+                    this->messageTextReplaced(messageIndex);
             });
-    // A text change that is not announced yet belongs to the rows before the reset.
-    connect(this, &QAbstractItemModel::modelAboutToBeReset, this, [this] { m_untoldTextRow = -1; });
+    // Text that is not announced yet belongs to the rows before the reset.
+    connect(this, &QAbstractItemModel::modelAboutToBeReset, this, [this] {
+        m_untoldTextRow = -1;
+        m_untoldText.clear();
+    });
 }
 
-void MessageListModel::messageTextChanged(int row)
+void MessageListModel::messageTextAppended(int row, const QString &piece)
 {
     constexpr int frameTime = 16; // ms
 
     if (m_untoldTextRow != row)
-        tellMessageText();
+        tellAppendedText();
     m_untoldTextRow = row;
+    m_untoldText += piece;
     if (!m_textTimer.isActive()) {
-        tellMessageText();
+        tellAppendedText();
         m_textTimer.start(frameTime, Qt::PreciseTimer, this);
     }
     Q_EMIT changed();
 }
 
-void MessageListModel::tellMessageText()
+void MessageListModel::messageTextReplaced(int row)
+{
+    tellAppendedText();
+    Q_EMIT dataChanged(index(row), index(row), {MessageTextRole});
+    Q_EMIT changed();
+}
+
+void MessageListModel::tellAppendedText()
 {
     const int row = std::exchange(m_untoldTextRow, -1);
-    if (row >= 0)
-        Q_EMIT dataChanged(index(row), index(row), {MessageTextRole});
+    if (row < 0)
+        return;
+    m_toldTextRow = row;
+    m_toldText = std::exchange(m_untoldText, {});
+    Q_EMIT dataChanged(index(row), index(row), {AppendedTextRole});
+    m_toldTextRow = -1;
+    m_toldText.clear();
 }
 
 void MessageListModel::timerEvent(QTimerEvent *event)
@@ -78,7 +99,7 @@ void MessageListModel::timerEvent(QTimerEvent *event)
         return QAbstractListModel::timerEvent(event);
     if (m_untoldTextRow < 0)
         m_textTimer.stop();
-    tellMessageText();
+    tellAppendedText();
 }
 
 const QList<ChatMessage> &MessageListModel::messages() const
@@ -102,6 +123,8 @@ QVariant MessageListModel::data(const QModelIndex &index, int role) const
         return message.id;
     case MessageTextRole:
         return message.text;
+    case AppendedTextRole:
+        return index.row() == m_toldTextRow ? m_toldText : QString();
     case IsUserRole:
         return message.isUser;
     case HasAttachmentNameRole:
@@ -120,6 +143,7 @@ QHash<int, QByteArray> MessageListModel::roleNames() const
 {
     return {{MessageIDRole, "messageID"},
             {MessageTextRole, "messageText"},
+            {AppendedTextRole, "appendedText"},
             {IsUserRole, "isUser"},
             {HasAttachmentNameRole, "hasAttachmentName"},
             {AttachmentNameRole, "attachmentName"},

@@ -12,8 +12,9 @@ class ConversationListModel;
 /// The messages of the selected conversation, oldest first; empty when nothing is selected or no
 /// conversation has the selected id.
 ///
-/// Pieces of text that arrive within one frame are announced by one `dataChanged`: once a view
-/// shares the text, the next piece has to copy all of it. `changed` is emitted for every piece.
+/// A text that grows is announced as what was added to it, so that a piece costs the same however
+/// long the text is: once a view shares the whole text, the next piece has to copy all of it. Pieces
+/// that arrive within one frame are announced together. `changed` is emitted for every piece.
 class MessageListModel : public QAbstractListModel
 {
     Q_OBJECT
@@ -25,6 +26,8 @@ public:
     enum Role {
         MessageIDRole = Qt::UserRole, ///< QUuid
         MessageTextRole, ///< QString, verbatim
+        /// QString; empty but while `dataChanged` tells of it: what was added to the text.
+        AppendedTextRole,
         IsUserRole, ///< bool
         HasAttachmentNameRole, ///< bool: an empty name is a name
         AttachmentNameRole, ///< QString
@@ -51,8 +54,9 @@ protected:
     void timerEvent(QTimerEvent *event) override;
 
 private:
-    void messageTextChanged(int row);
-    void tellMessageText();
+    void messageTextAppended(int row, const QString &piece);
+    void messageTextReplaced(int row);
+    void tellAppendedText();
 
     /// Index of the selected conversation; -1 when there is none.
     int indexOfSelected() const;
@@ -65,6 +69,10 @@ private:
     QList<ChatMessage> m_beforeReset;
     /// Row of a text that grew since views were last told of it; -1 for none.
     int m_untoldTextRow = -1;
+    QString m_untoldText;
+    /// What views are being told of `m_toldTextRow`; -1 for none.
+    int m_toldTextRow = -1;
+    QString m_toldText;
     /// Runs for a frame from when views were told.
     QBasicTimer m_textTimer;
 };

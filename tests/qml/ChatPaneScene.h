@@ -27,6 +27,7 @@ public:
 
     QQuickView &view() { return *m_view; }
     QQuickItem *pane() const;
+    const QList<ChatMessage> &messages() const { return m_messages.messages(); }
     /// The bubbles shown, oldest first.
     QList<QQuickItem *> bubbles() const;
     QString warnings() const { return m_warnings; }

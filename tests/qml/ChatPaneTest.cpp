@@ -176,6 +176,25 @@ private Q_SLOTS:
         }
     }
 
+    // Else each piece of a long reply would copy all that came before.
+    void growingTextIsSharedWithNobody()
+    {
+        ChatPaneScene scene;
+        scene.show({question(u"Hola"_s), reply(u"Uno\n"_s)});
+        QVERIFY(QTest::qWaitForWindowExposed(&scene.view()));
+        QQuickItem *bubble = scene.bubbles().at(1);
+        QString expected = u"Uno\n"_s;
+        for (const QString &piece : {u"dos"_s, u"\ntr"_s, u"es\n"_s}) {
+            scene.appendText(piece);
+            expected += piece;
+            QTRY_COMPARE(bubble->property("messageText").toString(), expected);
+            QVERIFY(!scene.view().grabWindow().isNull());
+            QVERIFY(scene.messages().at(1).text.isDetached());
+            QVERIFY(itemWithText(bubble, expected));
+        }
+        QCOMPARE(scene.warnings(), u""_s);
+    }
+
     void translatesItsOwnWordsAndNoOnesElse()
     {
         Brackets brackets;

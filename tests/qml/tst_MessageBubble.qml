@@ -63,6 +63,7 @@ Rectangle {
                     height: implicitHeight
                     tracker: viewportTracker
                     messageText: "█████"
+                    appendedText: ""
                     isUser: false
                     hasAttachmentName: false
                     attachmentName: ""
@@ -101,6 +102,7 @@ Rectangle {
             const bubble = createTemporaryObject(component, stack, Object.assign({
                 width: listWidths[1],
                 messageText: "",
+                appendedText: "",
                 isUser: true,
                 hasAttachmentName: false,
                 attachmentName: "",
@@ -512,6 +514,16 @@ Rectangle {
             // A line, and the blank one that its end begins.
             tryVerify(() => reply(bubble).implicitHeight === lineHeight(14.5) + 7 + 4);
             tryCompare(bubble, "height", lineHeight(11, Font.DemiBold) + 8 + lineHeight(14.5) + 7 + 4);
+        }
+
+        function test_replyGrows() {
+            const bubble = make({ isUser: false, messageText: "# Uno\nd" });
+            bubble.appendedText = "os";
+            bubble.appendedText = "\n- tres";
+            tryVerify(() => reply(bubble).plainText === "Uno\ndos\ntres");
+            compare(bubble.messageText, "# Uno\ndos\n- tres");
+            bubble.messageText = "# Uno\ndos";
+            tryVerify(() => reply(bubble).plainText === "Uno\ndos");
         }
 
         function test_onlySpacesAreAReply() {

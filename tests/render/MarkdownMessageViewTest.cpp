@@ -300,12 +300,21 @@ private Q_SLOTS:
         QFETCH(QString, text);
         QRandomGenerator random(11);
         Window grown;
+        Window appended;
+        appended.showText({});
         for (qsizetype end = 0; end < text.size();) {
-            end = std::min(end + 1 + random.bounded(7), text.size());
+            const qsizetype start
+                = std::exchange(end, std::min(end + 1 + random.bounded(7), text.size()));
             grown.showText(text.first(end));
+            appended.view().appendText(text.sliced(start, end - start));
+            if (random.bounded(2) == 0)
+                appended.view().ensurePolished();
         }
+        appended.view().ensurePolished();
         Window fresh;
         fresh.showText(text);
+        QCOMPARE(appended.view().text(), text);
+        QCOMPARE(rowsOf(appended.view()), rowsOf(fresh.view()));
         QCOMPARE(rowsOf(grown.view()), rowsOf(fresh.view()));
         QCOMPARE(grown.view().implicitHeight(), fresh.view().implicitHeight());
         QCOMPARE(grown.view().implicitWidth(), fresh.view().implicitWidth());

@@ -96,7 +96,7 @@ private Q_SLOTS:
     {
         AwaitedReply reply;
         const QSignalSpy changes(reply.chat.view.conversations(),
-                                 &ConversationListModel::messageTextChanged);
+                                 &ConversationListModel::messageTextAppended);
         reply.task.appendLines({u"uno"_s, u""_s, u"dos"_s, u"tres"_s});
         QCOMPARE(changes.count(), 3);
     }

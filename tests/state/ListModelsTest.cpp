@@ -77,7 +77,35 @@ private Q_SLOTS:
         QCOMPARE(models.messagesChanged.size(), pieces);
         QTRY_COMPARE(models.messageData.size(), 2);
         QCOMPARE(rowAndRoles(models.messageData, 1),
+                 (QList<int>{1, MessageListModel::AppendedTextRole}));
+    }
+
+    void viewsAreToldWhatWasAdded()
+    {
+        Models models;
+        QStringList told;
+        connect(
+            &models.messages, &QAbstractItemModel::dataChanged, this, [&](const QModelIndex &row) {
+                told += models.messages.data(row, MessageListModel::AppendedTextRole).toString();
+            });
+        for (const QString &piece : {u"x"_s, u"y"_s, u"z"_s})
+            models.conversations.appendMessageText(0, 1, piece);
+        QTRY_COMPARE(told, (QStringList{u"x"_s, u"yz"_s}));
+        // A view that is made now takes the text and nothing more.
+        QCOMPARE(models.messages.data(models.messages.index(1), MessageListModel::AppendedTextRole),
+                 u""_s);
+    }
+
+    void anotherTextIsToldWhole()
+    {
+        Models models;
+        models.conversations.appendMessageText(0, 1, u"x"_s);
+        models.conversations.appendMessageText(0, 1, u"\n"_s);
+        models.conversations.setMessageText(0, 1, u"bx"_s);
+        QCOMPARE(rowAndRoles(models.messageData, models.messageData.size() - 1),
                  (QList<int>{1, MessageListModel::MessageTextRole}));
+        QCOMPARE(models.messages.data(models.messages.index(1), MessageListModel::MessageTextRole),
+                 u"bx"_s);
     }
 
     void textOfAnotherMessageIsToldBeforeItsOwnTime()
@@ -110,7 +138,7 @@ private Q_SLOTS:
         models.conversations.appendMessageText(0, 1, u" más"_s);
         QCOMPARE(models.messageData.count(), 1);
         QCOMPARE(rowAndRoles(models.messageData, 0),
-                 (QList<int>{1, MessageListModel::MessageTextRole}));
+                 (QList<int>{1, MessageListModel::AppendedTextRole}));
         QCOMPARE(models.messages.data(models.messages.index(1), MessageListModel::MessageTextRole),
                  u"b más"_s);
         QCOMPARE(models.messagesChanged.count(), 1);
