@@ -13,8 +13,9 @@ class ConversationListModel;
 /// conversation has the selected id.
 ///
 /// A text that grows is announced as what was added to it, so that a piece costs the same however
-/// long the text is: once a view shares the whole text, the next piece has to copy all of it. Pieces
-/// that arrive within one frame are announced together. `changed` is emitted for every piece.
+/// long the text is: once a view shares the whole text, the next piece has to copy all of it.
+/// Pieces that arrive within one frame are announced together. `changed` is emitted for every
+/// piece.
 class MessageListModel : public QAbstractListModel
 {
     Q_OBJECT
