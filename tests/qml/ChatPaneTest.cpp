@@ -3,20 +3,8 @@
 
 #include <QSignalSpy>
 #include <QTest>
-#include <QTranslator>
 
 using namespace Qt::StringLiterals;
-
-/// A language in which every text stands in brackets.
-class Brackets : public QTranslator
-{
-public:
-    bool isEmpty() const override { return false; }
-    QString translate(const char *, const char *source, const char *, int) const override
-    {
-        return u'[' + QString::fromUtf8(source) + u']';
-    }
-};
 
 namespace {
 
@@ -193,20 +181,6 @@ private Q_SLOTS:
             QVERIFY(itemWithText(bubble, expected));
         }
         QCOMPARE(scene.warnings(), u""_s);
-    }
-
-    void translatesItsOwnWordsAndNoOnesElse()
-    {
-        Brackets brackets;
-        QCoreApplication::installTranslator(&brackets);
-        ChatPaneScene scene;
-        scene.show({question(u"Hola"_s), reply(u""_s)});
-        QVERIFY(QTest::qWaitForWindowExposed(&scene.view()));
-        QQuickItem *pane = scene.pane();
-        QTRY_VERIFY(itemWithText(pane, u"[Escribiendo…]"_s));
-        QVERIFY(itemWithText(pane, u"[A]"_s));
-        QVERIFY(itemWithText(pane, u"[Aulora IA]"_s));
-        QVERIFY(itemWithText(pane, u"Hola"_s));
     }
 };
 
