@@ -32,7 +32,7 @@ Window {
         value: window.contentView.appearanceRawValue
     }
 
-    // The toolkit's own names for these two have no keys on some desktops.
+    // Qt's own names for these two have no keys on some desktops.
     Shortcut {
         sequence: "Ctrl+W"
         onActivated: window.close()

@@ -39,7 +39,7 @@ public:
     Q_INVOKABLE static QString writtenText(QQuickTextDocument *document);
 
     /// Lets each paragraph of a field run in the direction of its first letter, as messages and
-    /// titles do. By itself the toolkit takes half of an emoji for a letter that runs to the right.
+    /// titles do. By itself Qt takes half of an emoji for a letter that runs to the right.
     Q_INVOKABLE static void directParagraphs(QQuickTextDocument *document);
 
     Q_INVOKABLE static ComposerRules::TextBulk textBulk(const QString &text);

@@ -38,7 +38,7 @@ void ScrollAnchor::componentComplete()
     QQuickItem::componentComplete();
     if (!m_flickable || !m_content)
         return;
-    // By name, since the type of the toolkit's flickable is not public.
+    // By name, since the type of Qt's Flickable is not public.
     connect(m_flickable, SIGNAL(contentYChanged()), this, SLOT(schedule()));
     connect(m_content, &QQuickItem::heightChanged, this, &ScrollAnchor::schedule);
     connect(m_content, &QQuickItem::childrenChanged, this, &ScrollAnchor::schedule);

@@ -39,7 +39,7 @@ struct DiskAnswer
     qint64 sizeLimit = -1;
 };
 
-/// Takes the place of the C library's file functions for the whole program, SQLite and the toolkit
+/// Takes the place of the C library's file functions for the whole program, SQLite and Qt
 /// included, which must export its symbols. While one of these lives, `answer` is asked about every
 /// call that concerns `folder` or what is beneath it, one at a time, on whatever thread makes it.
 /// Nothing really waits for the disk then.

@@ -2,6 +2,6 @@
 
 #include <QByteArray>
 
-/// Whether the toolkit's `format` holds pixels and nothing else: others name files that a reader
+/// Whether Qt's `format` holds pixels and nothing else: others name files that a reader
 /// would open.
 bool isRasterFormat(const QByteArray &format);

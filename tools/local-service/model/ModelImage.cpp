@@ -13,7 +13,7 @@
 
 using namespace Qt::StringLiterals;
 
-// Above any camera of today. The memory for it is what the toolkit allows a reader at most.
+// Above any camera of today. The memory for it is what Qt allows a reader at most.
 static constexpr qint64 mostPixels = 120'000'000;
 static constexpr int megabytesForReading = 480;
 static constexpr int longestHeight = 1'000'000;
