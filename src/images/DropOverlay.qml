@@ -47,7 +47,8 @@ Item {
         sourceItem: overlay.visible && overlay.isTranslucent ? overlay.backdrop : null
         sourceRect: overlay.backdrop ? Qt.rect(panel.x - overlay.backdrop.x, panel.y - overlay.backdrop.y,
                                                panel.width, panel.height) : Qt.rect(0, 0, 0, 0)
-        textureSize: Qt.size(Math.ceil(panel.width / 2), Math.ceil(panel.height / 2))
+        textureSize.width: Math.ceil(panel.width / 2)
+        textureSize.height: Math.ceil(panel.height / 2)
         mipmap: true
     }
 
@@ -56,7 +57,8 @@ Item {
 
         visible: false
         sourceItem: smaller.sourceItem ? smaller : null
-        textureSize: Qt.size(Math.ceil(panel.width / 16), Math.ceil(panel.height / 16))
+        textureSize.width: Math.ceil(panel.width / 16)
+        textureSize.height: Math.ceil(panel.height / 16)
     }
 
     ContinuousRectangle {

@@ -1,7 +1,6 @@
 pragma ComponentBehavior: Bound
 import QtQuick
 import QtQuick.Templates as T
-import Aulora.Theme
 
 /// Gives the focus back, when a popup has closed, to the item that had it before the popup opened. Qt
 /// gives it to the window.
