@@ -88,6 +88,36 @@ private Q_SLOTS:
         row("me apuñalaron", u"Apretá fuerte"_s, u"se cayó o chocó"_s);
         row("le dispararon a mi amigo", u"Apretá fuerte"_s, u"se cayó o chocó"_s);
         row("mi hermano se quemó con aceite caliente", u"agua corriente"_s, u"chocó"_s);
+        row("se atraganto con una salchicha se esta poniendo azul", choking, u"sentado"_s);
+        row("nene se puso azul comiendo uva", choking, u"sentado"_s);
+        row("me mordio una yarara", u"torniquete"_s, u"envase"_s);
+        row("me picó un alacrán y siento hormigueos por todos lados", u"anillos"_s, u"envase"_s);
+        row("mi hijo lo pico un alacran", u"suero"_s, u"envase"_s);
+        row("me salto acido en el ojo", u"Enjuagá ya"_s, u"vómito"_s);
+        row("se le metio lavandina en el ojo a mi nena", u"Enjuagá ya"_s, u"vómito"_s);
+        row("se inyecto algo y casi no respira", u"de costado"_s, u"sentado"_s);
+        row("mi viejo es diabetico esta todo transpirado y dice boludeces", u"puede tragar"_s,
+            choking);
+        row("mi viejo tiene diabetes y esta desorientado y transpira frio", u"puede tragar"_s,
+            choking);
+        row("bajon de azucar a mi hermana diabetica", u"puede tragar"_s, choking);
+        row("mi marido es diabetico y esta inconsciente", u"nada por la boca"_s, choking);
+        row("embarazada de 7 meses con presion alta y ve lucecitas", u"lado izquierdo"_s, choking);
+        row("fiebre y manchitas violetas que no se borran", u"cuello duro"_s, choking);
+        row("se golpeo la cabeza y vomito tres veces", u"No muevas"_s, choking);
+        row("choco en la moto y no siente las piernas", u"No muevas"_s, u"ACV"_s);
+        row("mi primo se cayo de la moto y no puede mover las piernas", u"No muevas"_s, u"ACV"_s);
+        row("mollera hundida y no moja pañales", u"sales de rehidratación"_s, choking);
+        row("caga negro y esta palido", u"materia fecal"_s, choking);
+        row("dolor de huevo terrible", u"torsión"_s, choking);
+        row("tengo el corazon a mil y me voy a desmayar", u"acelerado"_s, choking);
+        row("mi novio me pego y me duele la panza", u"no es tu culpa"_s, choking);
+        row("hay un incendio en mi edificio y mi abuela esta adentro", u"**Salgan ya"_s, choking);
+        row("hay olor a gas y mi vieja esta desmayada", u"**Salgan ya"_s, u"vómito"_s);
+        row("mi hermana esta convulsionando en el piso", u"**No lo sujetes"_s, choking);
+        row("se le volco agua hirviendo encima a mi nena, tiene todo el pecho quemado",
+            u"**Lejos del fuego, enfriá ya"_s, choking);
+        row("mi hijo se cayo a la pileta y lo sacamos azul", u"empezá con ellas"_s, choking);
     }
     void givesTheFirstAidThatFits()
     {
@@ -154,7 +184,7 @@ private Q_SLOTS:
             QVERIFY2(section.values[u"línea"_s].join(u' ').contains(u"{emergencias}"_s),
                      qUtf8Printable(section.title));
         }
-        QCOMPARE(answers, 20);
+        QCOMPARE(answers, 33);
     }
 
     void findsAnEmergencyAnywhereInALongMessage_data()

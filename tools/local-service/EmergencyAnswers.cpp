@@ -116,8 +116,10 @@ bool EmergencyAnswers::mayBeFigurative(const QStringList &words) const
 
 QString EmergencyAnswers::emergencyIn(const QStringList &said) const
 {
+    // What one book has for a word is no slip of a word of another.
     const auto isWord = [this](const QString &word) {
-        return m_frames.isPhraseWord(word) || m_index.isKnownWord(word);
+        return m_certain.isPhraseWord(word) || m_likely.isPhraseWord(word)
+            || m_frames.isPhraseWord(word) || m_index.isKnownWord(word);
     };
     const QStringList words = m_likely.corrected(m_certain.corrected(said, isWord), isWord);
     const QStringList literal = literalWords(words, m_frames);
