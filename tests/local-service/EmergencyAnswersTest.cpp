@@ -89,6 +89,8 @@ private Q_SLOTS:
         row("le dispararon a mi amigo", u"Apretá fuerte"_s, u"se cayó o chocó"_s);
         row("mi hermano se quemó con aceite caliente", u"agua corriente"_s, u"chocó"_s);
         row("se atraganto con una salchicha se esta poniendo azul", choking, u"sentado"_s);
+        row("mi abuelo se esta poniendo azul y no puede hablar, estaba almorzando", choking,
+            u"ACV"_s);
         row("nene se puso azul comiendo uva", choking, u"sentado"_s);
         row("me mordio una yarara", u"torniquete"_s, u"envase"_s);
         row("me picó un alacrán y siento hormigueos por todos lados", u"anillos"_s, u"envase"_s);
