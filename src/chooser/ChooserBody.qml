@@ -92,12 +92,14 @@ Item {
 
             PlaceRow {
                 required property var modelData
+                // Qt 6.8 writes a URL out of a map otherwise than one out of a property.
+                readonly property url folder: modelData.folder
 
                 width: atHand.width - 2 * atHand.padding
                 text: modelData.label
                 symbol: modelData.symbol
-                highlighted: String(model.folder) === String(modelData.folder)
-                onClicked: body.open(modelData.folder)
+                highlighted: String(model.folder) === String(folder)
+                onClicked: body.open(folder)
             }
         }
     }

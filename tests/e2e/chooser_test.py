@@ -169,7 +169,8 @@ class ChooserTest(AuloraTestCase):
             # The places stand before the folders of the same names.
             program.element("list item", place).press()
             self.wait_for_listed(program, *names)
-            self.assertTrue(program.elements("list item", place)[0].has("selected"))
+            program.wait_for(lambda: program.elements("list item", place)[0].has("selected"),
+                             f"{place} to be the place that is shown")
         self.assertEqual(program.elements("list item", "Escritorio"), [])
         program.element("list item", "Equipo").press()
         program.wait_for(lambda: ("home", "Carpeta") in self.listed(program), "the whole machine")

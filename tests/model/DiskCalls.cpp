@@ -111,7 +111,8 @@ int open64(const char *path, int flags, ...)
 {
     std::va_list rest;
     va_start(rest, flags);
-    const mode_t mode = (flags & O_CREAT) ? va_arg(rest, mode_t) : 0;
+    const bool hasMode = (flags & O_CREAT) || (flags & O_TMPFILE) == O_TMPFILE;
+    const mode_t mode = hasMode ? va_arg(rest, mode_t) : 0;
     va_end(rest);
     const bool isNew = (flags & O_CREAT) && isObserving() && !isThere(path);
     return unlessRefused(
