@@ -121,6 +121,8 @@ Item {
             other.reply(longText);
             tryVerify(() => otherPane.contentY > 0 && otherPane.contentY === otherPane.contentHeight - 22 - otherPane.height);
             otherColumn.destroy();
+            // A frame, after which the list holds no place any longer that it had before its layout.
+            grabImage(pane);
             wait(0);
         }
 
@@ -408,8 +410,8 @@ Item {
             const before = [pane.height, pane.contentHeight];
             data.change();
             waitForRendering(pane);
-            verify(pane.height !== before[0] || pane.contentHeight !== before[1]);
-            verify(isAtBottom());
+            tryVerify(() => pane.height !== before[0] || pane.contentHeight !== before[1]);
+            tryVerify(() => isAtBottom());
         }
 
         function test_staysAtItsEndAndComesBack() {
